@@ -1,0 +1,96 @@
+// The wrapped allocation functions of the test executables.
+#include "support/failing_allocations.h"
+
+#include <cstddef>
+
+namespace {
+
+std::int64_t total = 0;
+bool armed = false;
+std::int64_t until_failure = 0;
+bool persistent = false;
+bool met = false;
+
+bool fails_now()
+{
+    ++total;
+    if (!armed)
+        return false;
+    --until_failure;
+    const bool fails = until_failure == 0 || (persistent && until_failure < 0);
+    met = met || fails;
+    return fails;
+}
+
+} // namespace
+
+extern "C" {
+
+void *__real_malloc(std::size_t size);
+void *__real_calloc(std::size_t count, std::size_t size);
+void *__real_realloc(void *block, std::size_t size);
+void *__wrap_malloc(std::size_t size);
+void *__wrap_calloc(std::size_t count, std::size_t size);
+void *__wrap_realloc(void *block, std::size_t size);
+
+void *__wrap_malloc(std::size_t size)
+{
+    return fails_now() ? nullptr : __real_malloc(size);
+}
+
+void *__wrap_calloc(std::size_t count, std::size_t size)
+{
+    return fails_now() ? nullptr : __real_calloc(count, size);
+}
+
+void *__wrap_realloc(void *block, std::size_t size)
+{
+    return fails_now() ? nullptr : __real_realloc(block, size);
+}
+
+} // extern "C"
+
+namespace korvane::testing {
+
+AllocationFault::AllocationFault(std::int64_t failing_ordinal, Failure kind)
+    : ordinal(failing_ordinal), failure(kind)
+{}
+
+AllocationFault::~AllocationFault()
+{
+    disarm();
+}
+
+void AllocationFault::arm()
+{
+    armed = true;
+    until_failure = ordinal;
+    persistent = failure == Failure::persistent;
+    met = false;
+}
+
+bool AllocationFault::disarm()
+{
+    armed = false;
+    return met;
+}
+
+std::int64_t allocation_count()
+{
+    return total;
+}
+
+void oom_sweep(const std::function<void(AllocationFault &)> &body)
+{
+    for (const Failure failure : {Failure::transient, Failure::persistent}) {
+        for (std::int64_t ordinal = 1;; ++ordinal) {
+            met = false;
+            AllocationFault fault(ordinal, failure);
+            body(fault);
+            if (!met)
+                break;
+        }
+    }
+}
+
+} // namespace korvane::testing

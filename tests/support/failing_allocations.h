@@ -1,0 +1,42 @@
+// Makes allocations of the library fail on purpose, and counts them. Only the library's own allocations are
+// concerned: those of the tests go through operator new.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace korvane::testing {
+
+enum class Failure {
+    transient, // only the N-th allocation fails
+    persistent // the N-th and all after it fail
+};
+
+/// The failure of the N-th allocation between `arm` and `disarm`.
+class AllocationFault {
+  public:
+    AllocationFault(std::int64_t failing_ordinal, Failure kind);
+    ~AllocationFault();
+    AllocationFault(const AllocationFault &) = delete;
+    AllocationFault &operator=(const AllocationFault &) = delete;
+
+    void arm();
+    /// True if an allocation was made to fail since `arm`.
+    bool disarm();
+
+  private:
+    std::int64_t ordinal;
+    Failure failure;
+};
+
+/// The number of allocations that the library asked for since the start of the process.
+std::int64_t allocation_count();
+
+/**
+ * Runs `body` with faults of ordinal 1, 2, ... until no allocation failed, once transient and once
+ * persistent. `body` makes ready what it needs, arms the fault around the call under test, disarms it, and
+ * checks.
+ */
+void oom_sweep(const std::function<void(AllocationFault &fault)> &body);
+
+} // namespace korvane::testing
