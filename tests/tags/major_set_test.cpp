@@ -1,0 +1,364 @@
+#include "tags/major_set.h"
+
+#include <map>
+#include <random>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/failing_allocations.h"
+
+namespace korvane::testing {
+namespace {
+
+using Singles = tuple_major_set_t<ordered_key<1>>;
+using Doubles = tuple_major_set_t<ordered_key<2>>;
+using Pairs = tuple_major_set_t<unordered_pair>;
+
+template <class Set>
+std::vector<int32_t> identifiers_by_bucket(const Set &set)
+{
+    std::vector<int32_t> identifiers;
+    for (const int32_t identifier : set.by_bucket())
+        identifiers.push_back(identifier);
+    return identifiers;
+}
+
+/// What a major set promises, written the slow way.
+template <class Set>
+class Model {
+  public:
+    using value_type = typename Set::value_type;
+
+    Model(int32_t bucket_count, int32_t capacity)
+        : chains(static_cast<std::size_t>(bucket_count)), room(capacity)
+    {}
+
+    int32_t insert(const value_type &key)
+    {
+        if (const auto known = numbers.find(canonical(key)); known != numbers.end())
+            return known->second;
+        if (std::ssize(keys) == room)
+            room += std::max(room / 17, 21);
+        keys.push_back(key);
+        const auto number = static_cast<int32_t>(keys.size());
+        chains[bucket_of(key)].push_back(number);
+        return numbers[canonical(key)] = number;
+    }
+
+    void expect_same(const Set &set) const
+    {
+        ASSERT_EQ(set.count, std::ssize(keys));
+        EXPECT_EQ(set.capacity, room);
+        std::vector<int32_t> expected;
+        for (const std::vector<int32_t> &chain : chains)
+            expected.insert(expected.end(), chain.begin(), chain.end());
+        EXPECT_EQ(identifiers_by_bucket(set), expected);
+        for (int32_t number = 1; number <= set.count; ++number) {
+            EXPECT_EQ(set.key(number), keys[static_cast<std::size_t>(number - 1)]);
+            EXPECT_EQ(set.find(set.key(number)), number);
+        }
+    }
+
+  private:
+    static value_type canonical(value_type key)
+    {
+        if constexpr (std::is_same_v<Set, Pairs>) {
+            if (key[0] > key[1])
+                std::swap(key[0], key[1]);
+        }
+        return key;
+    }
+    std::size_t bucket_of(const value_type &key) const
+    {
+        int64_t sum = 0;
+        for (const int32_t integer : key)
+            sum += integer;
+        sum %= int64_t{1} << 32;
+        if (sum > INT32_MAX)
+            sum -= int64_t{1} << 32;
+        if (sum < INT32_MIN)
+            sum += int64_t{1} << 32;
+        return static_cast<std::size_t>(std::abs(sum)) % chains.size();
+    }
+
+    std::map<value_type, int32_t> numbers;
+    std::vector<value_type> keys;
+    std::vector<std::vector<int32_t>> chains;
+    int32_t room;
+};
+
+/// Random integers, of which most are small and some are as large as can be.
+class Integers {
+  public:
+    int32_t operator()(int32_t bound)
+    {
+        static constexpr int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30};
+        if (engine() % 8 == 0)
+            return extremes[engine() % std::size(extremes)];
+        return static_cast<int32_t>(engine() % static_cast<uint32_t>(2 * bound + 1)) - bound;
+    }
+
+  private:
+    std::mt19937 engine{20110803};
+};
+
+template <class Set>
+typename Set::value_type random_key(Integers &integers, int32_t bound)
+{
+    typename Set::value_type key;
+    for (int32_t &integer : key)
+        integer = integers(bound);
+    return key;
+}
+
+template <class Set>
+class MajorSet : public ::testing::Test {};
+using Shapes = ::testing::Types<Singles, Doubles, Pairs>;
+TYPED_TEST_SUITE(MajorSet, Shapes);
+
+TYPED_TEST(MajorSet, BehavesAsItsModel)
+{
+    Integers integers;
+    for (const int32_t bucket_count : {1, 2, 7, 64, 1000}) {
+        for (const int32_t capacity : {0, 1, 30, 2000}) {
+            TypeParam set;
+            ASSERT_TRUE(set.try_create(bucket_count, capacity));
+            Model<TypeParam> model(bucket_count, capacity);
+            for (int i = 0; i < 500; ++i) {
+                const auto key = random_key<TypeParam>(integers, 30);
+                ASSERT_EQ(set.insert(key), model.insert(key));
+            }
+            model.expect_same(set);
+        }
+    }
+}
+
+TYPED_TEST(MajorSet, BatchIsAsOneByOne)
+{
+    Integers integers;
+    for (const std::size_t size : {0u, 1u, 2u, 31u, 700u}) {
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(50, 20));
+        Model<TypeParam> model(50, 20);
+        for (int round = 0; round < 3; ++round) {
+            std::vector<typename TypeParam::value_type> batch(size);
+            for (auto &key : batch)
+                key = random_key<TypeParam>(integers, 15);
+            std::vector<int32_t> identifiers(size);
+            ASSERT_TRUE(set.try_insert_batch(batch, identifiers.data()));
+            for (std::size_t i = 0; i < size; ++i)
+                ASSERT_EQ(identifiers[i], model.insert(batch[i]));
+            ASSERT_TRUE(set.try_insert_batch(batch));
+            model.expect_same(set);
+        }
+    }
+}
+
+TYPED_TEST(MajorSet, SurvivesFailingAllocations)
+{
+    oom_sweep([](AllocationFault &fault) {
+        TypeParam set;
+        fault.arm();
+        const bool created = set.try_create(10, 4);
+        fault.disarm();
+        if (!created) {
+            EXPECT_EQ(set.bucket_count, 0);
+            EXPECT_TRUE(set.keys.empty());
+        }
+    });
+    oom_sweep([](AllocationFault &fault) {
+        Integers integers;
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(10, 4));
+        Model<TypeParam> model(10, 4);
+        fault.arm();
+        int refused = 0;
+        for (int i = 0; i < 60; ++i) {
+            const auto key = random_key<TypeParam>(integers, 100);
+            const int32_t identifier = set.insert(key);
+            if (identifier != 0)
+                ASSERT_EQ(identifier, model.insert(key));
+            else
+                ++refused;
+        }
+        EXPECT_EQ(fault.disarm(), refused > 0);
+        model.expect_same(set);
+    });
+}
+
+TYPED_TEST(MajorSet, BatchStopsAtTheKeyForWhichMemoryRunsOut)
+{
+    oom_sweep([](AllocationFault &fault) {
+        Integers integers;
+        std::vector<typename TypeParam::value_type> batch(80);
+        for (auto &key : batch)
+            key = random_key<TypeParam>(integers, 1000);
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(10, 4));
+        Model<TypeParam> model(10, 4);
+        std::vector<int32_t> identifiers(batch.size());
+        fault.arm();
+        const bool inserted = set.try_insert_batch(batch, identifiers.data());
+        EXPECT_EQ(fault.disarm(), !inserted);
+        std::size_t done = 0;
+        while (done < batch.size() && identifiers[done] != 0) {
+            EXPECT_EQ(identifiers[done], model.insert(batch[done]));
+            ++done;
+        }
+        EXPECT_EQ(inserted, done == batch.size());
+        model.expect_same(set);
+        ASSERT_TRUE(set.try_insert_batch(batch));
+    });
+}
+
+TYPED_TEST(MajorSet, CopyIsIndependent)
+{
+    oom_sweep([](AllocationFault &fault) {
+        Integers integers;
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(10, 4));
+        Model<TypeParam> model(10, 4);
+        for (int i = 0; i < 40; ++i) {
+            const auto key = random_key<TypeParam>(integers, 20);
+            ASSERT_EQ(set.insert(key), model.insert(key));
+        }
+        const Model<TypeParam> before = model;
+        TypeParam copy;
+        fault.arm();
+        const bool copied = copy.try_copy(set);
+        EXPECT_EQ(fault.disarm(), !copied);
+        if (!copied) {
+            EXPECT_EQ(copy.bucket_count, 0);
+            return;
+        }
+        for (int i = 0; i < 40; ++i) {
+            const auto key = random_key<TypeParam>(integers, 200);
+            ASSERT_EQ(copy.insert(key), model.insert(key));
+        }
+        before.expect_same(set);
+        model.expect_same(copy);
+    });
+}
+
+TEST(MajorSetCreation, RefusesBucketCountsBelowOne)
+{
+    Singles set;
+    EXPECT_FALSE(set.try_create(0, 10));
+    EXPECT_FALSE(set.try_create(-1, 10));
+    EXPECT_FALSE(set.try_create(INT32_MIN, 10));
+    EXPECT_TRUE(set.try_create(1, 10));
+}
+
+TEST(MajorSetCreation, TakesACapacityBelowZeroAsZero)
+{
+    Singles set;
+    ASSERT_TRUE(set.try_create(3, INT32_MIN));
+    EXPECT_EQ(set.capacity, 0);
+    EXPECT_EQ(set.find({5}), 0);
+    EXPECT_EQ(set.insert({5}), 1);
+    EXPECT_EQ(set.capacity, 21);
+}
+
+TEST(MajorSetGrowth, IsAtLeast21AndASeventeenth)
+{
+    EXPECT_EQ(grown_major_capacity(0), 21);
+    EXPECT_EQ(grown_major_capacity(1), 22);
+    EXPECT_EQ(grown_major_capacity(373), 394);
+    EXPECT_EQ(grown_major_capacity(374), 396);
+    EXPECT_EQ(grown_major_capacity(1700), 1800);
+    EXPECT_EQ(grown_major_capacity(INT32_MAX), INT32_MAX + int64_t{INT32_MAX / 17});
+}
+
+TEST(MajorSetGrowth, KeepsTheFirstIdentifier)
+{
+    Singles set;
+    ASSERT_TRUE(set.try_create(5, 1));
+    EXPECT_EQ(set.insert({70}), 1);
+    EXPECT_EQ(set.capacity, 1);
+    EXPECT_EQ(set.insert({71}), 2);
+    EXPECT_EQ(set.capacity, 22);
+    EXPECT_EQ(set.insert({70}), 1);
+    EXPECT_EQ(set.find({70}), 1);
+}
+
+TEST(MajorSetKeys, OrderedKeysTellTheOrderApart)
+{
+    Doubles set;
+    ASSERT_TRUE(set.try_create(10, 10));
+    EXPECT_EQ(set.insert({5, 7}), 1);
+    EXPECT_EQ(set.insert({5, 7}), 1);
+    EXPECT_EQ(set.insert({7, 5}), 2);
+}
+
+TEST(MajorSetKeys, UnorderedPairsAreKeptAsFirstInserted)
+{
+    Pairs set;
+    ASSERT_TRUE(set.try_create(10, 10));
+    EXPECT_EQ(set.insert({7, 5}), 1);
+    EXPECT_EQ(set.insert({5, 7}), 1);
+    EXPECT_EQ(set.insert({6, 6}), 2);
+    EXPECT_EQ(set.find({5, 7}), 1);
+    EXPECT_EQ(set.key(1), (Pairs::value_type{7, 5}));
+    EXPECT_EQ(set.count, 2);
+}
+
+TEST(MajorSetKeys, OppositeIntegersShareABucketAndAreToldApart)
+{
+    Singles set;
+    ASSERT_TRUE(set.try_create(10, 10));
+    EXPECT_EQ(set.insert({-3}), 1);
+    EXPECT_EQ(set.insert({3}), 2);
+    EXPECT_EQ(set.first(3), 1);
+    EXPECT_EQ(set.next(1), 2);
+    EXPECT_EQ(set.next(2), 0);
+}
+
+TEST(MajorSetKeys, SumsWrapAroundAndTheMostNegativeSurvives)
+{
+    static_assert(absolute_sum(std::array{INT32_MIN}) == 2147483648u);
+    static_assert(absolute_sum(std::array{INT32_MAX, 1}) == 2147483648u);
+    static_assert(absolute_sum(std::array{INT32_MAX, INT32_MAX}) == 2u);
+    static_assert(absolute_sum(std::array{INT32_MIN, INT32_MIN}) == 0u);
+    static_assert(absolute_sum(std::array{INT32_MIN, -1}) == 2147483647u);
+    static_assert(absolute_sum(std::array{-7, 4}) == 3u);
+    Singles set;
+    ASSERT_TRUE(set.try_create(1000, 10));
+    EXPECT_EQ(set.insert({INT32_MIN}), 1);
+    EXPECT_EQ(set.first(648), 1);
+    EXPECT_EQ(set.find({INT32_MIN}), 1);
+}
+
+TEST(MajorSetWalk, OfAnEmptySetIsEmpty)
+{
+    Pairs set;
+    ASSERT_TRUE(set.try_create(3, 3));
+    EXPECT_TRUE(identifiers_by_bucket(set).empty());
+}
+
+/// The least that another folder's key must have.
+struct address_key {
+    using value_type = const int *;
+    static uint32_t bucket(value_type key, const Divisor &bucket_count)
+    {
+        return (static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key)) >> 3) % bucket_count;
+    }
+    static bool equal(value_type a, value_type b) { return a == b; }
+};
+
+TEST(MajorSetKeys, AreOpenToOtherTypes)
+{
+    const int things[3] = {};
+    tuple_major_set_t<address_key> set;
+    ASSERT_TRUE(set.try_create(2, 2));
+    EXPECT_EQ(set.insert(&things[2]), 1);
+    EXPECT_EQ(set.insert(&things[0]), 2);
+    EXPECT_EQ(set.insert(&things[2]), 1);
+    EXPECT_EQ(set.find(&things[1]), 0);
+    EXPECT_EQ(set.key(2), &things[0]);
+}
+
+} // namespace
+} // namespace korvane::testing
