@@ -52,6 +52,8 @@ void detach(AttachedObjects &list, const void *object)
 void release_all(AttachedObjects &list)
 {
     while (list.head != nullptr) {
+        // The head has no predecessor, so unlinking it moves the head on.
+        // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
         const Attachment newest = *list.head->attachment;
         unlink(list, list.head);
         newest.release(newest.object);

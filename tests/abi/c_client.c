@@ -1,5 +1,5 @@
-/* A client in C with nothing but the public header and the shared library: fills a mesh, has it judged, writes it,
- * reads it back and compares. */
+/* A client in C with nothing but the public header and the shared library: fills a mesh, has it judged,
+ * writes it, reads it back and compares. */
 #include <korvane.h>
 
 #include <stdio.h>
