@@ -5,7 +5,7 @@
 //
 //   struct Key {
 //       using value_type = ...;                                             // trivially copyable
-//       static uint32_t bucket(const value_type &, const Divisor &bucket_count);
+//       static uint32_t bucket(const value_type &, uint32_t bucket_count);
 //       static bool equal(const value_type &, const value_type &);
 //   };
 //
@@ -25,7 +25,7 @@
 #include <utility>
 
 #include "common/array.h"
-#include "common/divisor.h"
+#include "common/prefetch.h"
 
 namespace korvane {
 
@@ -44,7 +44,7 @@ template <std::size_t N>
 struct ordered_key {
     using value_type = std::array<int32_t, N>;
 
-    static constexpr uint32_t bucket(const value_type &key, const Divisor &bucket_count)
+    static constexpr uint32_t bucket(const value_type &key, uint32_t bucket_count)
     {
         return absolute_sum(key) % bucket_count;
     }
@@ -55,15 +55,17 @@ struct ordered_key {
 struct unordered_pair {
     using value_type = std::array<int32_t, 2>;
 
-    static constexpr uint32_t bucket(const value_type &key, const Divisor &bucket_count)
+    static constexpr uint32_t bucket(const value_type &key, uint32_t bucket_count)
     {
         return absolute_sum(key) % bucket_count;
     }
+    /// Without a branch, because which order a pair comes in is as good as random.
     static constexpr bool equal(const value_type &a, const value_type &b)
     {
         const auto pair = std::bit_cast<uint64_t>(a);
         const auto other = std::bit_cast<uint64_t>(b);
-        return pair == other || pair == std::rotr(other, 32);
+        return (static_cast<unsigned>(pair == other) | static_cast<unsigned>(pair == std::rotr(other, 32))) !=
+               0;
     }
 };
 
@@ -102,7 +104,6 @@ struct tuple_major_set_t {
             return false;
         fresh.keys[0] = Entry{};
         fresh.bucket_count = initial_bucket_count;
-        fresh.divisor = Divisor(static_cast<uint32_t>(initial_bucket_count));
         *this = std::move(fresh);
         return true;
     }
@@ -117,25 +118,25 @@ struct tuple_major_set_t {
         copy.count = other.count;
         copy.capacity = other.capacity;
         copy.bucket_count = other.bucket_count;
-        copy.divisor = other.divisor;
         *this = std::move(copy);
         return true;
     }
 
     /// The identifier of a key, which is added if absent: then the result is `count`, grown by one. 0 if
     /// memory runs out. Creation must have succeeded before (not checked; so for all members below).
-    [[nodiscard]] int32_t insert(const value_type &key) { return insert_into(bucket_of(key), key); }
+    [[nodiscard]] int32_t insert(const value_type &key) { return insert_behind(0, bucket_of(key), key); }
 
     /// Inserts many keys, in order, as `insert` does one, but faster. `identifiers`, if not null, takes one
     /// per key. False if memory runs out: all keys before the one that failed are inserted.
     [[nodiscard]] bool try_insert_batch(std::span<const value_type> batch, int32_t *identifiers = nullptr)
     {
-        for (std::size_t i = 0; i < batch.size(); ++i) {
-            const int32_t identifier = insert(batch[i]);
-            if (identifier == 0)
+        while (!batch.empty()) {
+            const auto group = batch.first(std::min(group_size, batch.size()));
+            if (!try_insert_group(group, identifiers))
                 return false;
+            batch = batch.subspan(group.size());
             if (identifiers != nullptr)
-                identifiers[i] = identifier;
+                identifiers += group.size();
         }
         return true;
     }
@@ -196,9 +197,12 @@ struct tuple_major_set_t {
         End end() const { return {}; }
     };
 
-    Divisor divisor; // by `bucket_count`
+    static constexpr std::size_t group_size = 128;
 
-    [[nodiscard]] uint32_t bucket_of(const value_type &key) const { return Key::bucket(key, divisor); }
+    [[nodiscard]] uint32_t bucket_of(const value_type &key) const
+    {
+        return Key::bucket(key, static_cast<uint32_t>(bucket_count));
+    }
     [[nodiscard]] Entry &operator[](int32_t identifier) { return keys[static_cast<std::size_t>(identifier)]; }
     [[nodiscard]] const Entry &operator[](int32_t identifier) const
     {
@@ -213,10 +217,11 @@ struct tuple_major_set_t {
         return true;
     }
 
-    [[nodiscard]] int32_t insert_into(uint32_t bucket, const value_type &key)
+    /// Walks on along a chain, behind `last` (0: from the head), and appends a key that it does not meet.
+    [[nodiscard]] int32_t insert_behind(int32_t last, uint32_t bucket, const value_type &key)
     {
-        int32_t last = 0;
-        for (int32_t identifier = buckets[bucket]; identifier != 0; identifier = next(identifier)) {
+        int32_t identifier = last == 0 ? buckets[bucket] : next(last);
+        for (; identifier != 0; identifier = next(identifier)) {
             if (Key::equal((*this)[identifier].key, key))
                 return identifier;
             last = identifier;
@@ -232,6 +237,57 @@ struct tuple_major_set_t {
         (*this)[identifier] = {key, 0};
         (last == 0 ? buckets[bucket] : (*this)[last].next) = identifier;
         return identifier;
+    }
+
+    /// The walk along the chain of one key of a group.
+    struct Walk {
+        uint32_t position; // of the key in the group
+        int32_t identifier;
+    };
+
+    [[nodiscard]] bool try_insert_group(std::span<const value_type> group, int32_t *identifiers)
+    {
+        std::array<uint32_t, group_size> bucket;
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            bucket[i] = bucket_of(group[i]);
+            prefetch(&buckets[bucket[i]]);
+        }
+        std::array<Walk, group_size> walks;
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            walks[i] = {static_cast<uint32_t>(i), buckets[bucket[i]]};
+            prefetch(&keys[static_cast<std::size_t>(walks[i].identifier)]);
+        }
+        std::array<int32_t, group_size> reached;
+        walk_side_by_side({walks.data(), group.size()}, group, reached.data());
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            // A key that was not found may have come into the set since, with one before it in the group.
+            const int32_t identifier =
+                reached[i] > 0 ? reached[i] : insert_behind(-reached[i], bucket[i], group[i]);
+            if (identifier == 0)
+                return false;
+            if (identifiers != nullptr)
+                identifiers[i] = identifier;
+        }
+        return true;
+    }
+
+    /// Moves all walks on by one key at a time, so that their accesses to memory overlap, and drops those
+    /// that ended; no branch depends on the data. `reached` takes, for each key of the group, its identifier
+    /// if it was found, else the last identifier of its chain, negated, or 0.
+    void walk_side_by_side(std::span<Walk> walks, std::span<const value_type> group, int32_t *reached) const
+    {
+        while (!walks.empty()) {
+            std::size_t going_on = 0;
+            for (const Walk walk : walks) {
+                const Entry &entry = (*this)[walk.identifier];
+                const bool found = Key::equal(entry.key, group[walk.position]);
+                prefetch(&keys[static_cast<std::size_t>(entry.next)]);
+                reached[walk.position] = found ? walk.identifier : -walk.identifier;
+                walks[going_on] = {walk.position, entry.next};
+                going_on += static_cast<std::size_t>(!found) & static_cast<std::size_t>(entry.next != 0);
+            }
+            walks = walks.first(going_on);
+        }
     }
 };
 

@@ -331,6 +331,17 @@ TEST(MajorSetKeys, SumsWrapAroundAndTheMostNegativeSurvives)
     EXPECT_EQ(set.find({INT32_MIN}), 1);
 }
 
+TEST(MajorSetKeys, ZeroIsAKeyLikeAnyOther)
+{
+    Singles set;
+    ASSERT_TRUE(set.try_create(10, 10));
+    const Singles::value_type batch[] = {{0}, {10}, {0}, {20}};
+    int32_t identifiers[4] = {};
+    EXPECT_EQ(set.find({0}), 0);
+    ASSERT_TRUE(set.try_insert_batch(batch, identifiers));
+    EXPECT_EQ(std::vector<int32_t>(identifiers, identifiers + 4), (std::vector<int32_t>{1, 2, 1, 3}));
+}
+
 TEST(MajorSetWalk, OfAnEmptySetIsEmpty)
 {
     Pairs set;
@@ -341,7 +352,7 @@ TEST(MajorSetWalk, OfAnEmptySetIsEmpty)
 /// The least that another folder's key must have.
 struct address_key {
     using value_type = const int *;
-    static uint32_t bucket(value_type key, const Divisor &bucket_count)
+    static uint32_t bucket(value_type key, uint32_t bucket_count)
     {
         return (static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key)) >> 3) % bucket_count;
     }
