@@ -50,15 +50,22 @@ class Array {
         return true;
     }
 
-    /// As `try_resize`, with all bytes of new values zero.
+    /// As `try_resize`, with all bytes of new values zero. An array that at least doubles moves to a fresh
+    /// block, so that a size which a file or a client merely claims costs no more than what is then used.
     [[nodiscard]] bool try_resize_zeroed(std::size_t new_count)
     {
-        if (count == 0 && new_count != 0) {
+        if (new_count / 2 >= count && new_count != 0) {
             if (new_count > PTRDIFF_MAX / sizeof(T))
                 return false;
-            values = static_cast<T *>(std::calloc(new_count, sizeof(T)));
-            count = values == nullptr ? 0 : new_count;
-            return values != nullptr;
+            void *block = std::calloc(new_count, sizeof(T));
+            if (block == nullptr)
+                return false;
+            if (count > 0)
+                std::memcpy(block, static_cast<const void *>(values), count * sizeof(T));
+            std::free(values);
+            values = static_cast<T *>(block);
+            count = new_count;
+            return true;
         }
         const std::size_t old_count = count;
         if (!try_resize(new_count))

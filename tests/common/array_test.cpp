@@ -31,6 +31,12 @@ TEST(Array, ZeroesNewValuesOnRequestOnly)
     ASSERT_TRUE(array.try_resize_zeroed(4));
     EXPECT_EQ(array[0], 5);
     EXPECT_EQ(array[3], 0);
+    ASSERT_TRUE(array.try_resize(2));
+    array[1] = 6;
+    ASSERT_TRUE(array.try_resize_zeroed(3));
+    EXPECT_EQ(array[0], 5);
+    EXPECT_EQ(array[1], 6);
+    EXPECT_EQ(array[2], 0);
 }
 
 TEST(Array, ResizedToNothingIsNull)
