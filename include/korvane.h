@@ -700,7 +700,8 @@ KORVANE_API void korvane_mesh_free_generic_buffer(void *buffer);
  * Kept on purpose: of the extra vertices of an element, only the count modulo 1000 are stored and given back,
  * while the count itself is kept and given back whole: a count of 1003 holds three vertices.
  *
- * The client may replace any callback of such a mesh by its own.
+ * The client may replace any callback of such a mesh by its own. An attribute of which one callback was
+ * replaced is no longer served by the arrays: its other callback gives STATUS_ERROR until it is replaced too.
  * -------------------------------------------------------------------------------------------------- */
 
 /** Creates an empty in-memory mesh. The context must not be null (not checked). Null if memory runs out. */

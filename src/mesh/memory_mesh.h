@@ -11,6 +11,12 @@ namespace korvane {
 
 using Storage = korvane_mesh_storage_t;
 
+/// How many elements of a block were got before one failed, and the status of that one or STATUS_OK.
+struct Fetched {
+    int32_t count;
+    korvane_status_t status;
+};
+
 template <int32_t Storage::*count>
 struct StoredCount {
     static korvane_status_t get(int32_t *value, void *user_data)
@@ -36,6 +42,14 @@ struct StoredAttribute;
 template <int32_t Storage::*count, class Value, int width, class Size,
     Attribute<Value, width, Size> Storage::*attribute>
 struct StoredAttribute<count, attribute> {
+    using value_type = Value;
+    static constexpr int values_per_element = width;
+
+    static Attribute<Value, width, Size> &in(void *storage)
+    {
+        return static_cast<Storage *>(storage)->*attribute;
+    }
+
     static korvane_status_t get(int32_t index, Value *element, void *user_data)
     {
         const auto *storage = static_cast<const Storage *>(user_data);
@@ -43,6 +57,19 @@ struct StoredAttribute<count, attribute> {
             return STATUS_ERROR;
         (storage->*attribute).read(index, element);
         return STATUS_OK;
+    }
+
+    /// What `get` does for `wanted` elements from `first` on, one after the other until one fails.
+    static Fetched get_block(int32_t first, int32_t wanted, Value *elements, void *user_data)
+    {
+        if (wanted < 1)
+            return {0, STATUS_OK};
+        const auto *storage = static_cast<const Storage *>(user_data);
+        if (storage == nullptr || first < 1 || first > storage->*count)
+            return {0, STATUS_ERROR};
+        const int32_t got = std::min(wanted, storage->*count - (first - 1));
+        (storage->*attribute).read_block(first, got, elements);
+        return {got, got == wanted ? STATUS_OK : STATUS_ERROR};
     }
 
     static korvane_status_t set(int32_t index, const Value *element, void *user_data)
@@ -130,5 +157,13 @@ STORED(pyramid_required_status, pyramid_count, pyramid_required_status)
 
 #undef STORED
 #undef STORED_COUNT
+
+/// The attribute that serves a slot, for the readers that fill a mesh of korvane_mesh_new_in_memory which no
+/// client has seen yet.
+template <auto slot>
+auto &stored_attribute(korvane_mesh_t &mesh)
+{
+    return Stored<slot>::in((mesh.*slot).user_data);
+}
 
 } // namespace korvane

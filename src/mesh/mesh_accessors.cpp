@@ -83,11 +83,11 @@ using namespace korvane;
     REGISTRATIONS(slot, register_getter, register_setter)
 
 #define ATTRIBUTE_SLOT(Value, slot, getter, setter, register_getter, register_setter)                        \
-    korvane_status_t getter(const korvane_mesh_t *mesh, int32_t index, Value *values)                        \
+    korvane_status_t getter(const korvane_mesh_t *mesh, int32_t index, std::add_pointer_t<Value> values)     \
     {                                                                                                        \
         return dispatch_get<&korvane_mesh_s::slot>(mesh, index, values);                                     \
     }                                                                                                        \
-    korvane_status_t setter(korvane_mesh_t *mesh, int32_t index, const Value *values)                        \
+    korvane_status_t setter(korvane_mesh_t *mesh, int32_t index, std::add_pointer_t<const Value> values)     \
     {                                                                                                        \
         return dispatch_set<&korvane_mesh_s::slot>(mesh, index, values);                                     \
     }                                                                                                        \

@@ -1,4 +1,4 @@
-// Fitting the arrays of an in-memory mesh to the counts.
+// Sizing the arrays of an in-memory mesh.
 #include "mesh/storage.h"
 
 #include <limits>
@@ -28,6 +28,28 @@ korvane_status_t Attribute<Value, width, Size>::fit(int32_t count)
         return STATUS_NOMEM;
     size = static_cast<Size>(count);
     return STATUS_OK;
+}
+
+template <class Value, int width, class Size>
+Value *Attribute<Value, width, Size>::try_open(int32_t count)
+{
+    if (count < 1 || !values.try_resize(value_count(count, width)))
+        return nullptr;
+    size = static_cast<Size>(count);
+    return values.data();
+}
+
+template <class Value, int width, class Size>
+void Attribute<Value, width, Size>::truncate(int32_t count)
+{
+    count = std::max(count, 0);
+    const std::size_t kept = value_count(count, width);
+    if (kept >= values.size())
+        return;
+    if (values.try_resize(kept))
+        size = static_cast<Size>(count);
+    else // the array keeps its length, and the end of it reads as if it were gone
+        std::fill(values.begin() + kept, values.end(), Value{});
 }
 
 template class Attribute<double, 3, double>;

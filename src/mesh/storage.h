@@ -36,6 +36,17 @@ class Attribute {
             std::fill_n(element, width, Value{});
     }
 
+    /// The same for `count` elements from `first` on.
+    void read_block(int32_t first, int32_t count, Value *elements) const
+    {
+        const std::uint64_t position = position_of(first);
+        const std::uint64_t wanted = static_cast<std::uint64_t>(count) * width;
+        const std::uint64_t held = position < values.size() ? std::min(wanted, values.size() - position) : 0;
+        if (held > 0)
+            std::copy_n(values.data() + position, held, elements);
+        std::fill_n(elements + held, wanted - held, Value{});
+    }
+
     /// Fits the array to `count` elements and copies into element `index`. STATUS_ERROR for an index outside
     /// 1..count, STATUS_NOMEM if memory runs out.
     [[nodiscard]] korvane_status_t write(int32_t count, int32_t index, const Value *element)
@@ -47,6 +58,18 @@ class Attribute {
         std::copy_n(element, width, values.data() + position_of(index));
         return STATUS_OK;
     }
+
+    /**
+     * For readers that fill the array themselves: gives its first value after fitting it to `count` elements,
+     * or null if memory runs out, the array then being as before, or if `count` is below 1. Elements above
+     * the old size are not initialised; all must be written, or cut off with `truncate`, before anything else
+     * reads the mesh. The count of the kind plays no part: elements up to it that the array lacks read as
+     * zeros.
+     */
+    [[nodiscard]] Value *try_open(int32_t count);
+
+    /// Drops the elements above `count`.
+    void truncate(int32_t count);
 
   private:
     static constexpr std::uint64_t position_of(int32_t index)
