@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include <korvane.h>
 
@@ -31,7 +32,7 @@ class Attribute {
     {
         const std::uint64_t position = position_of(index);
         if (position < values.size())
-            std::copy_n(values.data() + position, width, element);
+            copy_element(values.data() + position, element);
         else
             std::fill_n(element, width, Value{});
     }
@@ -55,7 +56,7 @@ class Attribute {
             TRY(fit(count));
         if (index < 1 || index > count)
             return STATUS_ERROR;
-        std::copy_n(element, width, values.data() + position_of(index));
+        copy_element(element, values.data() + position_of(index));
         return STATUS_OK;
     }
 
@@ -72,6 +73,12 @@ class Attribute {
     void truncate(int32_t count);
 
   private:
+    /// With memcpy, which compilers expand for any fixed size, as they do not with copies that may overlap.
+    static void copy_element(const Value *source, Value *target)
+    {
+        std::memcpy(target, source, sizeof(Value) * width);
+    }
+
     static constexpr std::uint64_t position_of(int32_t index)
     {
         return static_cast<std::uint64_t>(index - 1) * width;
@@ -86,7 +93,7 @@ class Attribute {
 
 struct korvane_mesh_storage_t {
     int32_t vertex_count = 0;
-    Attribute<double, 3, double> coordinates; // Kept on purpose: a size in floating point, as it always was
+    Attribute<double, 3, double> coordinates; // Kept on purpose: its size is a double because it always was
     Attribute<int32_t, 1> vertex_tags;
     Attribute<int32_t, 1> vertex_periodic_ids;
     Attribute<int32_t, 1> vertex_required_status;
