@@ -24,8 +24,8 @@ korvane_status_t dispatch_set(korvane_mesh_t *mesh, Arguments... arguments)
     return (mesh->*slot).set(arguments..., (mesh->*slot).user_data);
 }
 
-/// The storage's setter does not outlive its user data beside a getter of the client: it would take what it
-/// is then given for the storage.
+/// A getter of the client ends the service of the storage's setter, which would take the client's user data
+/// for the storage.
 template <auto slot, class Getter>
 korvane_status_t register_get(korvane_mesh_t *mesh, Getter callback, void *user_data)
 {
@@ -33,7 +33,7 @@ korvane_status_t register_get(korvane_mesh_t *mesh, Getter callback, void *user_
         return STATUS_ERROR;
     auto &target = mesh->*slot;
     target.get = callback;
-    if (target.set == Stored<slot>::set && user_data != target.user_data)
+    if (target.set == Stored<slot>::set)
         target.set = refuse;
     target.user_data = user_data;
     return STATUS_OK;
@@ -47,7 +47,7 @@ korvane_status_t register_set(korvane_mesh_t *mesh, Setter callback, void *user_
         return STATUS_ERROR;
     auto &target = mesh->*slot;
     target.set = callback;
-    if (target.get == Stored<slot>::get && user_data != target.user_data)
+    if (target.get == Stored<slot>::get)
         target.get = refuse;
     target.user_data = user_data;
     return STATUS_OK;
