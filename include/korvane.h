@@ -233,7 +233,10 @@ KORVANE_API korvane_status_t korvane_message_get_real_data(
  * tag. Tag systems do not attach to a context; a mesh or CAD model deletes the one that was set on it.
  * -------------------------------------------------------------------------------------------------- */
 
-/** Creates a tag system sized for `base_tag_count` base tags (a hint: it grows). Null if memory runs out. */
+/**
+ * Creates a tag system sized for `base_tag_count` base tags (a hint: it grows). Null for a hint below -2, or
+ * if memory runs out.
+ */
 KORVANE_API korvane_tag_system_t *korvane_tag_system_new(int32_t base_tag_count);
 
 /** Makes a deep copy. Null for null, or if memory runs out. */
@@ -253,7 +256,8 @@ KORVANE_API korvane_status_t korvane_tag_system_add_base_tag(korvane_tag_system_
  * tag whose definition is exactly that union (so one base tag gives itself), else a new composite tag. A new
  * one takes the smallest number above the last one handed out that no tag uses. An empty list gives 0; a list
  * of unknown tags gives a fresh number that is not recorded. The tag system, `tags` (unless `count` is 0) and
- * the output must not be null (not checked). STATUS_NOMEM, and 0 in the output, if memory runs out.
+ * the output must not be null (not checked). STATUS_NOMEM if memory runs out, STATUS_ERROR if all positive
+ * numbers are taken; the output is 0 then.
  */
 KORVANE_API korvane_status_t korvane_tag_system_get_composite_tag(
     korvane_tag_system_t *tag_system, const int32_t *tags, int32_t count, int32_t *composite_tag);
