@@ -24,6 +24,11 @@ constexpr Vec3 operator*(double factor, Vec3 a)
     return {factor * a.x, factor * a.y, factor * a.z};
 }
 
+constexpr Vec3 operator/(Vec3 a, double divisor)
+{
+    return {a.x / divisor, a.y / divisor, a.z / divisor};
+}
+
 constexpr double dot(Vec3 a, Vec3 b)
 {
     return a.x * b.x + a.y * b.y + a.z * b.z;
