@@ -4,6 +4,8 @@
 // is attached to its context, so that the context can release it at any time.
 #include "mesh/mesh.h"
 
+#include <algorithm>
+
 namespace korvane {
 
 namespace {
@@ -14,6 +16,7 @@ void release_mesh(void *object)
     Owned<korvane_mesh_t> mesh(static_cast<korvane_mesh_t *>(object));
     if (mesh->data_release != nullptr && mesh->data_release_user_data != nullptr)
         mesh->data_release(mesh->data_release_user_data);
+    korvane_tag_system_delete(mesh->tag_system);
 }
 
 } // namespace
@@ -53,6 +56,60 @@ void korvane_mesh_delete(korvane_mesh_t *mesh)
 korvane_status_t korvane_mesh_check_consistency(const korvane_mesh_t *)
 {
     return STATUS_OK;
+}
+
+korvane_status_t korvane_mesh_set_tag_system(korvane_mesh_t *mesh, korvane_tag_system_t *tag_system)
+{
+    if (mesh == nullptr)
+        return STATUS_ERROR;
+    // Kept on purpose: the one set before is not deleted, because the client may still hold it.
+    mesh->tag_system = tag_system;
+    return STATUS_OK;
+}
+
+korvane_status_t korvane_mesh_get_tag_system(const korvane_mesh_t *mesh, korvane_tag_system_t **tag_system)
+{
+    if (mesh == nullptr)
+        return STATUS_ERROR;
+    *tag_system = mesh->tag_system;
+    return STATUS_OK;
+}
+
+korvane_status_t korvane_mesh_get_composite_tag_list(
+    const korvane_mesh_t *mesh, int32_t *count, int32_t *list)
+{
+    if (mesh == nullptr || count == nullptr || list == nullptr)
+        return STATUS_ERROR;
+    if (mesh->tag_system != nullptr)
+        return korvane_tag_system_get_composite_tag_list(mesh->tag_system, count, list);
+    *count = 0;
+    *list = 0;
+    return STATUS_OK;
+}
+
+korvane_status_t korvane_mesh_get_composite_tag_definition(
+    const korvane_mesh_t *mesh, int32_t tag, int32_t *count, int32_t *base_tags)
+{
+    if (mesh == nullptr || count == nullptr || base_tags == nullptr)
+        return STATUS_ERROR;
+    if (mesh->tag_system != nullptr)
+        return korvane_tag_system_get_composite_tag_defintion(mesh->tag_system, tag, count, base_tags);
+    *count = 1;
+    *base_tags = tag;
+    return STATUS_OK;
+}
+
+void *korvane_mesh_calloc_generic_buffer(const korvane_mesh_t *mesh)
+{
+    int32_t bytes = 80;
+    if (mesh->tag_system != nullptr)
+        bytes = std::max(bytes, korvane_tag_system_get_buffer_size(mesh->tag_system));
+    return allocate_zeroed(static_cast<std::size_t>(bytes));
+}
+
+void korvane_mesh_free_generic_buffer(void *buffer)
+{
+    free_block(buffer);
 }
 
 } // extern "C"
