@@ -25,10 +25,10 @@ class TextBuffer {
         return *this;
     }
 
-    /// As "%i".
-    TextBuffer &append(std::int32_t value)
+    /// As "%i", for integers of up to 64 bits.
+    TextBuffer &append(std::int64_t value)
     {
-        std::array<char, 16> digits;
+        std::array<char, 24> digits;
         const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
         return append(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
     }

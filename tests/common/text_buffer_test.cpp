@@ -23,6 +23,7 @@ TEST(TextBuffer, FormatsAsPrintf)
     TextBuffer<64> text;
     text.append("a").append(int32_t{-2147483647 - 1}).append("b").append(int32_t{0});
     EXPECT_STREQ(text.c_str(), "a-2147483648b0");
+    EXPECT_STREQ(text.append(" ").append(INT64_MIN).c_str(), "a-2147483648b0 -9223372036854775808");
 }
 
 TEST(TextBuffer, CutsWhatDoesNotFit)
