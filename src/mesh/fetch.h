@@ -9,6 +9,10 @@
 // Cost for an in-memory slot: a few predictable comparisons and the copy, once per element or per block.
 #pragma once
 
+#include <array>
+#include <bit>
+#include <span>
+
 #include "mesh/memory_mesh.h"
 
 namespace korvane {
@@ -29,6 +33,23 @@ inline korvane_status_t fetch(const korvane_mesh_t *mesh, Arguments... arguments
     if (are_stored<slot>(mesh)) [[likely]]
         return Stored<slot>::get(arguments..., source.user_data);
     return source.get(arguments..., source.user_data);
+}
+
+/// Fetches the elements of these indices, in order, and drops the statuses: what a getter does not write is
+/// zero, be it a whole element or part of one. An `Element` is anything that holds the values of one.
+template <auto slot, class Element>
+inline void fetch_each(const korvane_mesh_t *mesh, std::span<const int32_t> indices, Element *elements)
+{
+    using Values = std::array<typename Stored<slot>::value_type, Stored<slot>::values_per_element>;
+    if (are_stored<slot>(mesh)) [[likely]] {
+        Stored<slot>::get_each(indices, elements, (mesh->*slot).user_data);
+        return;
+    }
+    for (const int32_t index : indices) {
+        Values values{};
+        fetch<slot>(mesh, index, values.data());
+        *elements++ = std::bit_cast<Element>(values);
+    }
 }
 
 /**

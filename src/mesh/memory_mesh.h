@@ -72,6 +72,16 @@ struct StoredAttribute<count, attribute> {
         return {got, got == wanted ? STATUS_OK : STATUS_ERROR};
     }
 
+    /// The elements of these indices, with zeros where `get` fails.
+    template <class Element>
+    static void get_each(std::span<const int32_t> indices, Element *elements, void *user_data)
+    {
+        if (const auto *storage = static_cast<const Storage *>(user_data); storage != nullptr)
+            (storage->*attribute).read_each(indices, storage->*count, elements);
+        else
+            std::fill_n(elements, indices.size(), Element{});
+    }
+
     static korvane_status_t set(int32_t index, const Value *element, void *user_data)
     {
         auto *storage = static_cast<Storage *>(user_data);

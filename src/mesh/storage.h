@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
+#include <type_traits>
 
 #include <korvane.h>
 
@@ -46,6 +48,24 @@ class Attribute {
         if (held > 0)
             std::copy_n(values.data() + position, held, elements);
         std::fill_n(elements + held, wanted - held, Value{});
+    }
+
+    /// Copies the elements of these indices, in order, and zeros for those outside 1..count. An `Element` is
+    /// anything that holds the values of one element.
+    template <class Element>
+    void read_each(std::span<const int32_t> indices, int32_t count, Element *elements) const
+    {
+        static_assert(std::is_trivially_copyable_v<Element> && sizeof(Element) == width * sizeof(Value));
+        const std::uint64_t held =
+            std::min(static_cast<std::uint64_t>(std::max(count, 0)), std::uint64_t{values.size() / width});
+        for (const int32_t index : indices) {
+            const std::uint64_t before = std::uint64_t{static_cast<std::uint32_t>(index)} - 1;
+            if (before < held) [[likely]]
+                std::memcpy(elements, values.data() + before * width, sizeof(Element));
+            else
+                *elements = Element{};
+            ++elements;
+        }
     }
 
     /// Fits the array to `count` elements and copies into element `index`. STATUS_ERROR for an index outside

@@ -151,6 +151,26 @@ void expect_block_as(
 }
 
 template <auto slot>
+void expect_each_as(
+    const korvane_mesh_t *mesh, const AttributeAccessors &accessors, const std::vector<int32_t> &indices)
+{
+    using Stored = Stored<slot>;
+    std::vector<int32_t> expected(indices.size() * Stored::values_per_element, 0);
+    for (std::size_t i = 0; i < indices.size(); ++i)
+        accessors.get(mesh, indices[i], expected.data() + i * Stored::values_per_element);
+    const std::vector<int32_t> asked_by_accessor = take_asked();
+    std::vector<std::array<typename Stored::value_type, Stored::values_per_element>> elements(indices.size());
+    for (auto &element : elements)
+        element.fill(-7);
+    fetch_each<slot>(mesh, indices, elements.data());
+    std::vector<int32_t> got;
+    for (const auto &element : elements)
+        got.insert(got.end(), element.begin(), element.end());
+    EXPECT_EQ(got, expected);
+    EXPECT_EQ(take_asked(), asked_by_accessor);
+}
+
+template <auto slot>
 void expect_attribute_as(const korvane_mesh_t *mesh, const AttributeAccessors &accessors)
 {
     SCOPED_TRACE(accessors.name);
@@ -167,6 +187,8 @@ void expect_attribute_as(const korvane_mesh_t *mesh, const AttributeAccessors &a
             expect_block_as<slot>(mesh, accessors, first, count);
     expect_block_as<slot>(mesh, accessors, INT32_MAX - 2, 3);
     expect_block_as<slot>(mesh, accessors, INT32_MIN, 3);
+    expect_each_as<slot>(mesh, accessors, {});
+    expect_each_as<slot>(mesh, accessors, {5, 3, 3, 12, 1, 9, 10, 0, -1, 13, 7, INT32_MIN, INT32_MAX, 2});
 }
 
 /// Every slot gives the same through `fetch` and through its accessor.
