@@ -19,6 +19,9 @@ class Array {
     static_assert(std::is_trivially_copyable_v<T>);
 
   public:
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): a value may be a pointer
+    static constexpr std::size_t value_size = sizeof(T);
+
     Array() = default;
     Array(Array &&other) noexcept
         : values(std::exchange(other.values, nullptr)), count(std::exchange(other.count, 0))
@@ -40,9 +43,9 @@ class Array {
             clear();
             return true;
         }
-        if (new_count > PTRDIFF_MAX / sizeof(T))
+        if (new_count > PTRDIFF_MAX / value_size)
             return false;
-        void *block = std::realloc(values, new_count * sizeof(T));
+        void *block = std::realloc(values, new_count * value_size);
         if (block == nullptr)
             return false;
         values = static_cast<T *>(block);
@@ -55,13 +58,13 @@ class Array {
     [[nodiscard]] bool try_resize_zeroed(std::size_t new_count)
     {
         if (new_count / 2 >= count && new_count != 0) {
-            if (new_count > PTRDIFF_MAX / sizeof(T))
+            if (new_count > PTRDIFF_MAX / value_size)
                 return false;
-            void *block = std::calloc(new_count, sizeof(T));
+            void *block = std::calloc(new_count, value_size);
             if (block == nullptr)
                 return false;
             if (count > 0)
-                std::memcpy(block, static_cast<const void *>(values), count * sizeof(T));
+                std::memcpy(block, static_cast<const void *>(values), count * value_size);
             std::free(values);
             values = static_cast<T *>(block);
             count = new_count;
@@ -71,7 +74,7 @@ class Array {
         if (!try_resize(new_count))
             return false;
         if (new_count > old_count)
-            std::memset(static_cast<void *>(values + old_count), 0, (new_count - old_count) * sizeof(T));
+            std::memset(static_cast<void *>(values + old_count), 0, (new_count - old_count) * value_size);
         return true;
     }
 
@@ -105,7 +108,7 @@ template <class T>
     if (!copy.try_resize(count))
         return false;
     if (count > 0)
-        std::memcpy(static_cast<void *>(copy.data()), source, count * sizeof(T));
+        std::memcpy(static_cast<void *>(copy.data()), source, count * Array<T>::value_size);
     target = std::move(copy);
     return true;
 }
