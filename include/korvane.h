@@ -71,6 +71,9 @@ typedef struct korvane_tag_system_s
     korvane_tag_system_t;                     /**< composite tags and the base tags they stand for */
 typedef struct korvane_mesh_s korvane_mesh_t; /**< a table of mesh callbacks */
 typedef struct korvane_cad_s korvane_cad_t;   /**< a boundary representation evaluated by the client */
+typedef struct korvane_cad_face_s korvane_cad_face_t;   /**< a parametric surface of a CAD model */
+typedef struct korvane_cad_edge_s korvane_cad_edge_t;   /**< a curve in the parameter plane of a face */
+typedef struct korvane_cad_point_s korvane_cad_point_t; /**< a free vertex on a face */
 
 /* ----------------------------------------------------------------------------------------------------
  * Context
@@ -795,6 +798,631 @@ KORVANE_API korvane_status_t korvane_mesh_compute_statistics_valid(
  * STATUS_OK also when the mesh cannot be read or memory runs out: then only the heading is sent.
  */
 KORVANE_API korvane_status_t korvane_mesh_compute_topological_statistics(const korvane_mesh_t *mesh);
+
+/* ----------------------------------------------------------------------------------------------------
+ * CAD
+ *
+ * A CAD model describes a boundary representation whose geometry lives in the client. It holds faces; a face
+ * holds the edges that bound it and free points. A face is a parametric surface and an edge a curve in the
+ * (u, v) plane of its face: both are functions of the client, called with the client's user data, after every
+ * output that is asked for was set to zero. Both may be derived from others by the library itself (see
+ * Derived geometry).
+ *
+ * Ownership. A model owns its faces; a face owns its edges, its points and, through its delete function, its
+ * user data; an edge likewise owns the user data of its curve.
+ *
+ * Lifetime. A unit of lifetime is a model with all its faces and their edges, or a face without a model (a
+ * free-standing face) with its edges, or an edge without a face. It has one counter of references, and goes
+ * as a whole when that comes down to 0: a client gives back every handle that it was given, by its `_delete`,
+ * in any order. Deleting a face or an edge never takes it out of its owner. Points are not counted.
+ *
+ *   what is done                                       counter of the unit that the object is in
+ *   -------------------------------------------------  ----------------------------------------------------
+ *   korvane_cad_new                                    starts at 1
+ *   a face or edge is made in an owner                 1 more
+ *   a face or edge is made or copied without an owner  starts at 1 (Kept on purpose: the copy of an edge
+ *                                                      starts at the edge's own counter: 1 for one that was
+ *                                                      made in a face, 0 for one that was attached, which
+ *                                                      goes with its one handle all the same)
+ *   a free-standing object is attached                 1 more, and the object's own counter is forgotten: of
+ *                                                      all references to it and its edges, one remains to be
+ *                                                      given back
+ *   korvane_cad_face_clone, korvane_cad_edge_clone     1 more
+ *   korvane_cad_delete, _face_delete, _edge_delete     1 less
+ *   a face is derived from another                     takes over one reference that the caller holds on the
+ *                                                      source, and gives it back with its user data
+ *   an edge is derived from another as affine image    none; but its copies take one that they never give
+ *                                                      back (Kept on purpose)
+ *   a polyline is made with original edges             1 more per run of equal edges, given back with its
+ *                                                      user data
+ *
+ * A model that holds references to itself, through a face derived from one of its own, or that the client
+ * forgets, goes with its context, whatever its counter. Handles of a model and of its faces, edges and points
+ * must not be used after its context. The exception is what was derived from them elsewhere: it may still be
+ * deleted, and evaluating it gives STATUS_ERROR.
+ *
+ * When a unit goes, first all delete functions run, once each, in the order of the faces: those of a face's
+ * edges, then its own. Meanwhile every face and edge of the unit still exists, references that are given back
+ * to the unit have no effect, and nothing can be added to it. Other units whose last reference a derived face
+ * or edge gives back thereby go after that; what a delete function of the client deletes goes at once.
+ * -------------------------------------------------------------------------------------------------- */
+
+/** Creates an empty model. Null for a null context, or if memory runs out. */
+KORVANE_API korvane_cad_t *korvane_cad_new(korvane_context_t *context);
+
+/** Gives back one reference to a model, which goes with the last one. Null is accepted. */
+KORVANE_API void korvane_cad_delete(korvane_cad_t *cad);
+
+/** Gives the number of faces. The output must not be null (not checked). */
+KORVANE_API korvane_status_t korvane_cad_get_face_count(const korvane_cad_t *cad, int32_t *count);
+
+/**
+ * Gives a face by its index, without a reference. STATUS_ERROR for an index outside 1..count. The output must
+ * not be null (not checked).
+ */
+KORVANE_API korvane_status_t korvane_cad_get_face(
+    const korvane_cad_t *cad, int32_t index, korvane_cad_face_t **face);
+
+/**
+ * Whether tags were set on points or ends of edges, on edges, or on faces of the model: 0 or 1. Once set, a
+ * flag stays. The output must not be null (not checked).
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_get_use_vtag(const korvane_cad_t *cad, int32_t *flag);
+KORVANE_API korvane_status_t korvane_cad_get_use_etag(const korvane_cad_t *cad, int32_t *flag);
+KORVANE_API korvane_status_t korvane_cad_get_use_ftag(const korvane_cad_t *cad, int32_t *flag);
+/** @} */
+
+/**
+ * Whether the client's functions may be called by several threads at once: the client's statement (non-zero
+ * for yes) to the mesh generators, of which the library takes no notice. STATUS_ERROR for a null output.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_set_thread_safety(korvane_cad_t *cad, int32_t flag);
+KORVANE_API korvane_status_t korvane_cad_get_thread_safety(const korvane_cad_t *cad, int32_t *flag);
+/** @} */
+
+/**
+ * Hands a tag system over to the model, which deletes it with itself. One that was set before is forgotten,
+ * neither deleted nor returned.
+ */
+KORVANE_API korvane_status_t korvane_cad_set_tag_system(korvane_cad_t *cad, korvane_tag_system_t *tag_system);
+
+/** Gives the model's tag system, or null. The output must not be null (not checked). */
+KORVANE_API korvane_status_t korvane_cad_get_tag_system(
+    const korvane_cad_t *cad, korvane_tag_system_t **tag_system);
+
+/**
+ * Lists the composite tags of the model's tag system, as korvane_tag_system_get_composite_tag_list, into room
+ * of the size of korvane_tag_system_get_buffer_size. Without one: a count of 0 and a first value of 0.
+ * STATUS_ERROR for a null argument.
+ */
+KORVANE_API korvane_status_t korvane_cad_get_composite_tag_list(
+    const korvane_cad_t *cad, int32_t *count, int32_t *list);
+
+/**
+ * Lists the base tags of a tag, as korvane_tag_system_get_composite_tag_defintion, into room of the size of
+ * korvane_tag_system_get_buffer_size. Without a tag system every tag is its own definition. STATUS_ERROR for
+ * a null argument.
+ */
+KORVANE_API korvane_status_t korvane_cad_get_composite_tag_definition(
+    const korvane_cad_t *cad, int32_t tag, int32_t *count, int32_t *base_tags);
+
+/** Does nothing, whatever it is given: STATUS_OK. */
+KORVANE_API korvane_status_t korvane_cad_merge_edges(korvane_cad_t *cad, ...);
+
+/* ----------------------------------------------------------------------------------------------------
+ * Face
+ *
+ * A face is made in a model, or free-standing as a copy or derived from another face, and can then be
+ * attached to a model. Its identifier, its tag, its second identifier (uid) and its orientation are stored
+ * and reported, never interpreted. Outputs must not be null (not checked) unless stated otherwise.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Evaluates a surface at the parameters (u, v): the point and the derivatives by u, v, uu, uv and vv, 3
+ * doubles each. Any output may be null; the function writes only the others, each of which holds zeros.
+ */
+typedef korvane_status_t (*korvane_cad_surface_t)(const double uv[2], double xyz[3], double du[3],
+    double dv[3], double duu[3], double duv[3], double dvv[3], void *user_data);
+
+/** Frees the user data of a face or edge, when the face or edge goes. */
+typedef void (*korvane_user_data_delete_t)(void *user_data);
+
+/** Makes the user data for a copy of a face or edge. Null for data that are not null reports a failure. */
+typedef void *(*korvane_user_data_clone_t)(void *user_data);
+
+/**
+ * Creates a face in a model, with one reference. The surface function must not be null once the face is
+ * evaluated (not checked). Null for a null model, or if memory runs out.
+ */
+KORVANE_API korvane_cad_face_t *korvane_cad_face_new(
+    korvane_cad_t *cad, uint32_t id, korvane_cad_surface_t surface, void *user_data);
+
+/** Gives back one reference to a face: to its model, if it has one. Null is accepted. */
+KORVANE_API void korvane_cad_face_delete(korvane_cad_face_t *face);
+
+/** Takes one more reference to a face and returns the face itself; nothing is copied. Null for null. */
+KORVANE_API korvane_cad_face_t *korvane_cad_face_clone(korvane_cad_face_t *face);
+
+/**
+ * Puts a free-standing face into a model, as its last face. Its own counter of references is forgotten: one
+ * reference remains to be given back, on the model. STATUS_ERROR for a null argument or a face that has a
+ * model, STATUS_NOMEM if memory runs out; nothing has changed then.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_attach(korvane_cad_face_t *face, korvane_cad_t *cad);
+
+/** Gives the face's model, or null, without a reference. STATUS_ERROR for a null output. */
+KORVANE_API korvane_status_t korvane_cad_face_get_cad(const korvane_cad_face_t *face, korvane_cad_t **cad);
+
+/**
+ * Evaluates the surface: sets every output that is not null to zeros, calls the surface function and returns
+ * its status. `uv` and the six outputs are passed on as they are.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_surface(const korvane_cad_face_t *face, const double uv[2],
+    double xyz[3], double du[3], double dv[3], double duu[3], double duv[3], double dvv[3]);
+
+/** Gives the surface function and its user data. */
+KORVANE_API korvane_status_t korvane_cad_face_get_surf(
+    const korvane_cad_face_t *face, korvane_cad_surface_t *surface, void **user_data);
+
+/**
+ * Registers what frees the user data, and what copies them for a copy of the face. Without a clone function
+ * copies share the user data, which are then deleted once per copy. On a derived face the delete function
+ * replaces the library's own: the client takes over the record that is the user data, and the reference to
+ * the source.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_set_delete_function(
+    korvane_cad_face_t *face, korvane_user_data_delete_t function);
+KORVANE_API korvane_status_t korvane_cad_face_set_clone_function(
+    korvane_cad_face_t *face, korvane_user_data_clone_t function);
+/** @} */
+
+/**
+ * The identifier given at creation, the second identifier, the orientation and the tag; 0 until set. Setting
+ * the tag of a face that has a model sets the model's flag of face tags.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_set_id(korvane_cad_face_t *face, uint32_t id);
+KORVANE_API korvane_status_t korvane_cad_face_get_id(const korvane_cad_face_t *face, uint32_t *id);
+KORVANE_API korvane_status_t korvane_cad_face_set_uid(korvane_cad_face_t *face, uint32_t uid);
+KORVANE_API korvane_status_t korvane_cad_face_get_uid(const korvane_cad_face_t *face, uint32_t *uid);
+KORVANE_API korvane_status_t korvane_cad_face_set_orientation(korvane_cad_face_t *face, int32_t orientation);
+KORVANE_API korvane_status_t korvane_cad_face_get_orientation(
+    const korvane_cad_face_t *face, int32_t *orientation);
+KORVANE_API korvane_status_t korvane_cad_face_set_tag(korvane_cad_face_t *face, uint32_t tag);
+KORVANE_API korvane_status_t korvane_cad_face_get_tag(const korvane_cad_face_t *face, uint32_t *tag);
+/** @} */
+
+/**
+ * Sets the range of the parameters: {umin, umax} and {vmin, vmax}, which are not compared. STATUS_ERROR for a
+ * null range.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_set_surface_parametric_range(
+    korvane_cad_face_t *face, const double urange[2], const double vrange[2]);
+
+/** Tells whether a range was set: 0 or 1. STATUS_ERROR for a null output. */
+KORVANE_API korvane_status_t korvane_cad_face_has_surface_parametric_range(
+    const korvane_cad_face_t *face, int32_t *flag);
+
+/** Gives the range of the parameters, 2 doubles each; from -infinity to infinity if none was set. */
+KORVANE_API korvane_status_t korvane_cad_face_get_surface_parametric_range(
+    const korvane_cad_face_t *face, double urange[2], double vrange[2]);
+
+/**
+ * Clamps the parameters in `uv` into the range, except in periodic directions, and counts in `clamp_count`
+ * (which may be null) how often: a parameter outside an inverted range (umin > umax) is clamped to both ends
+ * in turn. Values that are not numbers stay. Without a range nothing is written, not even the count. `uv`
+ * must not be null (not checked).
+ */
+KORVANE_API korvane_status_t korvane_cad_face_check_point_parametric_range(
+    const korvane_cad_face_t *face, double uv[2], int32_t *clamp_count);
+
+/**
+ * Declares in which directions the surface is periodic (non-zero for yes), and its periods. The period of a
+ * direction that is not periodic is not stored.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_set_surface_periodicity(
+    korvane_cad_face_t *face, int32_t periodic_u, int32_t periodic_v, double period_u, double period_v);
+
+/** Tells whether periodicity was declared, be it for no direction: 0 or 1. STATUS_ERROR for a null output. */
+KORVANE_API korvane_status_t korvane_cad_face_has_surface_periodicity(
+    const korvane_cad_face_t *face, int32_t *flag);
+
+/**
+ * Gives what was declared: whether the surface is periodic, 0 or 1, and the period, 0 in a direction that is
+ * not periodic. Any output may be null.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_get_surface_periodicity(const korvane_cad_face_t *face,
+    int32_t *periodic_u, int32_t *periodic_v, double *period_u, double *period_v);
+
+/**
+ * The edges and the points of a face: their number, and each by its index, without a reference. STATUS_ERROR
+ * for an index outside 1..count.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_get_edge_count(const korvane_cad_face_t *face, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_face_get_edge(
+    const korvane_cad_face_t *face, int32_t index, korvane_cad_edge_t **edge);
+KORVANE_API korvane_status_t korvane_cad_face_get_point_count(const korvane_cad_face_t *face, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_face_get_point(
+    const korvane_cad_face_t *face, int32_t index, korvane_cad_point_t **point);
+/** @} */
+
+/* ----------------------------------------------------------------------------------------------------
+ * Edge
+ *
+ * An edge is made on a face, or free-standing as a copy or derived, and can then be attached to a face. The
+ * position in space of a parameter t is the face's surface at the curve's (u, v); an edge may also have a
+ * curve in space of its own. What is stored for the client is reported and never interpreted. Outputs must
+ * not be null (not checked) unless stated otherwise.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Evaluates a curve in the parameter plane at t: the point (u, v) and its first and second derivative by t, 2
+ * doubles each. Any output may be null; the function writes only the others, each of which holds zeros.
+ */
+typedef korvane_status_t (*korvane_cad_curve_t)(
+    double t, double uv[2], double dt[2], double dtt[2], void *user_data);
+
+/** Evaluates a curve in space at t: 3 doubles. */
+typedef korvane_status_t (*korvane_cad_curve3d_t)(double t, double xyz[3], void *user_data);
+
+/**
+ * Creates an edge on a face, with one reference. The curve function must not be null once the edge is
+ * evaluated (not checked). Null for a null face, or if memory runs out.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new(korvane_cad_face_t *face, uint32_t id, double tmin,
+    double tmax, korvane_cad_curve_t curve, void *user_data);
+
+/**
+ * Gives back one reference to an edge: to its face's model if there is one, else to its face if it has one.
+ * Null is accepted.
+ */
+KORVANE_API void korvane_cad_edge_delete(korvane_cad_edge_t *edge);
+
+/** Takes one more reference to an edge and returns the edge itself; nothing is copied. Null for null. */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_clone(korvane_cad_edge_t *edge);
+
+/**
+ * Puts a free-standing edge on a face, as its last edge. Its own counter of references is forgotten: one
+ * reference remains to be given back, on the face or its model. STATUS_ERROR for a null argument or an edge
+ * that has a face, STATUS_NOMEM if memory runs out; nothing has changed then.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_attach(korvane_cad_edge_t *edge, korvane_cad_face_t *face);
+
+/**
+ * Gives the edge's face, or null, without a reference. STATUS_ERROR for a null output, and for a null edge,
+ * in which case null is written.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_get_face(
+    const korvane_cad_edge_t *edge, korvane_cad_face_t **face);
+
+/**
+ * Evaluates the curve: sets every output that is not null to zeros, calls the curve function and returns its
+ * status.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_curve(
+    const korvane_cad_edge_t *edge, double t, double uv[2], double dt[2], double dtt[2]);
+
+/** Gives the curve function and its user data. */
+KORVANE_API korvane_status_t korvane_cad_edge_get_curv(
+    const korvane_cad_edge_t *edge, korvane_cad_curve_t *curve, void **user_data);
+
+/**
+ * The curve in space: registering it (null for none; its user data are never freed), whether there is one (0
+ * or 1; STATUS_ERROR for a null output), and the function with its user data.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_curve3d(
+    korvane_cad_edge_t *edge, korvane_cad_curve3d_t curve3d, void *user_data);
+KORVANE_API korvane_status_t korvane_cad_edge_has_curve3d(const korvane_cad_edge_t *edge, int32_t *flag);
+KORVANE_API korvane_status_t korvane_cad_edge_get_curve3d(
+    const korvane_cad_edge_t *edge, korvane_cad_curve3d_t *curve3d, void **user_data);
+/** @} */
+
+/**
+ * Evaluates the curve in space: sets `xyz`, unless null, to zeros, calls the function and returns its status.
+ * STATUS_ERROR, and nothing written, if there is none.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_curve3d(
+    const korvane_cad_edge_t *edge, double t, double xyz[3]);
+
+/**
+ * The interval of the parameter; the identifiers of the vertices at its ends; their tags; two further
+ * identifiers of the ends. Zeros until set, but for the interval. Setting the tags of an edge whose face has
+ * a model sets the model's flag of vertex tags.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_range(korvane_cad_edge_t *edge, double tmin, double tmax);
+KORVANE_API korvane_status_t korvane_cad_edge_get_range(
+    const korvane_cad_edge_t *edge, double *tmin, double *tmax);
+KORVANE_API korvane_status_t korvane_cad_edge_set_extremities(
+    korvane_cad_edge_t *edge, int32_t first, int32_t second);
+KORVANE_API korvane_status_t korvane_cad_edge_get_extremities(
+    const korvane_cad_edge_t *edge, int32_t *first, int32_t *second);
+KORVANE_API korvane_status_t korvane_cad_edge_set_extremities_tag(
+    korvane_cad_edge_t *edge, int32_t first_tag, int32_t second_tag);
+KORVANE_API korvane_status_t korvane_cad_edge_get_extremities_tag(
+    const korvane_cad_edge_t *edge, int32_t *first_tag, int32_t *second_tag);
+KORVANE_API korvane_status_t korvane_cad_edge_set_uv_extremities(
+    korvane_cad_edge_t *edge, int32_t first, int32_t second);
+KORVANE_API korvane_status_t korvane_cad_edge_get_uv_extremities(
+    const korvane_cad_edge_t *edge, int32_t *first, int32_t *second);
+/** @} */
+
+/**
+ * Whether the edge is degenerate: non-zero for yes; 0 or 1.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_degenerated(korvane_cad_edge_t *edge, int32_t flag);
+KORVANE_API korvane_status_t korvane_cad_edge_get_degenerated(const korvane_cad_edge_t *edge, int32_t *flag);
+/** @} */
+
+/**
+ * Tells whether the derivatives of the curve are well defined: 1, or 0 for finite differences (see
+ * korvane_cad_edge_new0). STATUS_ERROR for a null output, and for a null edge, in which case 0 is written.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_get_wdef(const korvane_cad_edge_t *edge, int32_t *wdef);
+
+/**
+ * The property bits, which are the client's: setting and clearing those of a mask, and whether any of a mask
+ * is set, 0 or 1.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_property(korvane_cad_edge_t *edge, uint32_t mask);
+KORVANE_API korvane_status_t korvane_cad_edge_unset_property(korvane_cad_edge_t *edge, uint32_t mask);
+KORVANE_API korvane_status_t korvane_cad_edge_query_property(
+    const korvane_cad_edge_t *edge, uint32_t mask, int32_t *result);
+/** @} */
+
+/**
+ * The orientation and the co-orientation; 0 until set. Kept on purpose: the edge whose orientation is set
+ * must not be null (not checked).
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_orientation(korvane_cad_edge_t *edge, int32_t value);
+KORVANE_API korvane_status_t korvane_cad_edge_get_orientation(const korvane_cad_edge_t *edge, int32_t *value);
+KORVANE_API korvane_status_t korvane_cad_edge_set_coorientation(korvane_cad_edge_t *edge, int32_t value);
+KORVANE_API korvane_status_t korvane_cad_edge_get_coorientation(
+    const korvane_cad_edge_t *edge, int32_t *value);
+/** @} */
+
+/**
+ * The identifier given at creation, the second identifier and the tag; 0 until set. Setting the tag of an
+ * edge whose face has a model sets the model's flag of edge tags.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_id(korvane_cad_edge_t *edge, uint32_t id);
+KORVANE_API korvane_status_t korvane_cad_edge_get_id(const korvane_cad_edge_t *edge, uint32_t *id);
+KORVANE_API korvane_status_t korvane_cad_edge_set_uid(korvane_cad_edge_t *edge, uint32_t uid);
+KORVANE_API korvane_status_t korvane_cad_edge_get_uid(const korvane_cad_edge_t *edge, uint32_t *uid);
+KORVANE_API korvane_status_t korvane_cad_edge_set_tag(korvane_cad_edge_t *edge, uint32_t tag);
+KORVANE_API korvane_status_t korvane_cad_edge_get_tag(const korvane_cad_edge_t *edge, uint32_t *tag);
+/** @} */
+
+/**
+ * Registers what frees and what copies the user data of the curve, as for a face.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_delete_function(
+    korvane_cad_edge_t *edge, korvane_user_data_delete_t function);
+KORVANE_API korvane_status_t korvane_cad_edge_set_clone_function(
+    korvane_cad_edge_t *edge, korvane_user_data_clone_t function);
+/** @} */
+
+/**
+ * Sets the number of support vertices: sample points along the edge, given by the client. Those up to the
+ * smaller number are kept, new ones hold any values until they are set. Support vertices shared with the copy
+ * of an edge, or its original, stay behind: this edge begins anew without any. STATUS_ERROR for a null edge
+ * or a negative number, STATUS_NOMEM, the number then staying as it was, if memory runs out.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_support_vertex_count(
+    korvane_cad_edge_t *edge, int32_t count);
+
+/**
+ * Sets a support vertex: its parameter t, its (u, v) and its (x, y, z). Support vertices that are shared stay
+ * behind first, so that the number must be set again. The edge and both arrays must not be null (not
+ * checked). STATUS_ERROR for an index outside 1..count, STATUS_NOMEM if memory runs out.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_set_support_vertex(
+    korvane_cad_edge_t *edge, int32_t index, double t, const double uv[2], const double xyz[3]);
+
+/**
+ * Gives the number of support vertices, and the edge's own arrays of it: 1, 2 and 3 doubles per vertex, null
+ * if there are none, valid until the number is set again or the edge goes. Of the outputs only the number
+ * must not be null (not checked). STATUS_ERROR if the number was never set.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_get_support_vertices(
+    const korvane_cad_edge_t *edge, int32_t *count, double **params, double **uvs, double **xyzs);
+
+/* ----------------------------------------------------------------------------------------------------
+ * Point
+ *
+ * A point lies on a face, which owns it: it goes with the face, unless the client deletes it before. Outputs
+ * must not be null (not checked).
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Creates a point at the parameters `uv` (2 doubles; not null: not checked), as the last one of a face. Null
+ * for a null face, or if memory runs out.
+ */
+KORVANE_API korvane_cad_point_t *korvane_cad_point_new(
+    korvane_cad_face_t *face, uint32_t id, const double uv[2]);
+
+/** Deletes a point; the last point of its face takes its index. Null is accepted. */
+KORVANE_API void korvane_cad_point_delete(korvane_cad_point_t *point);
+
+/**
+ * The parameters (2 doubles), the identifier and the tag, 0 until set. Setting the tag of a point whose face
+ * has a model sets the model's flag of vertex tags.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_point_get_uv(const korvane_cad_point_t *point, double uv[2]);
+KORVANE_API korvane_status_t korvane_cad_point_get_id(const korvane_cad_point_t *point, uint32_t *id);
+KORVANE_API korvane_status_t korvane_cad_point_get_tag(const korvane_cad_point_t *point, uint32_t *tag);
+KORVANE_API korvane_status_t korvane_cad_point_set_tag(korvane_cad_point_t *point, uint32_t tag);
+/** @} */
+
+/* ----------------------------------------------------------------------------------------------------
+ * Derived geometry
+ *
+ * Faces and edges that the library evaluates itself, on top of others or of positions given by the client.
+ * They are ordinary faces and edges; their user data is the library's own. Constructors that return null have
+ * changed nothing, and taken over no reference.
+ *
+ * A face or edge that was derived from another evaluates the other's function directly. When that one is gone
+ * (a face goes with its context; an edge by affine image does not keep its source), evaluation, and the
+ * question for the original geometry, give STATUS_ERROR.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Creates a face whose parameters are transformed: its surface at (u, v) is that of `source` at
+ * (u / scale[0] + translation[0], v / scale[1] + translation[1]). It is made in `cad`, or free-standing if
+ * that is null. One reference to the source that the caller holds is taken over: a caller that goes on using
+ * the source takes one more before, with korvane_cad_face_clone.
+ *
+ * Tag, orientation, original identifiers, periodicity and range are those of the source, with periods and
+ * bounds multiplied by the scale. Kept on purpose: the translation is not applied to the range, although it
+ * is to the surface. A scale of 0 is not refused. Neither edges nor points are taken over, whatever
+ * `clone_points` says. `reserved` is not used. Null if the source, the scale or the translation (2 doubles
+ * each) is null, or if memory runs out.
+ */
+KORVANE_API korvane_cad_face_t *korvane_cad_face_new_pafftrans(korvane_cad_t *cad, korvane_cad_face_t *source,
+    uint32_t id, const double scale[2], const double translation[2], const void *reserved,
+    int32_t clone_points);
+
+/**
+ * Creates an edge on `face` (null: free-standing) whose curve is (factors[0] u + offsets[0], factors[1] v +
+ * offsets[1]) where that of `source` is (u, v), on the same interval. Interval, tag, orientation, properties,
+ * whether derivatives are approximate, and original identifiers are those of the source; nothing else is
+ * taken over. Kept on purpose: the edge takes no reference to its source, but every copy of it takes one that
+ * is never given back. Null if the source, the factors or the offsets (2 doubles each) are null, or if memory
+ * runs out.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t *face,
+    korvane_cad_edge_t *source, uint32_t id, const double factors[2], const double offsets[2]);
+
+/**
+ * Creates an edge on `face` (null: free-standing) that runs straight from `uv0` at t = 0 to `uv1` at t = 1 (2
+ * doubles each; not null: not checked), and on beyond. Null if memory runs out.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_segment(
+    korvane_cad_face_t *face, uint32_t id, const double uv0[2], const double uv1[2]);
+
+/**
+ * Creates an edge that is a polyline through the `n` points (u, v) of `uv`, parametrised by the length of its
+ * chords from 0 on, and continued straight at both ends. The second derivative is the difference of the
+ * slopes of neighbouring segments. Kept on purpose: that difference is divided by the length of the current
+ * segment only, and slopes on a segment of no length are taken with a factor of 10000 in place of the inverse
+ * length. Null for a null face, for fewer points than one, for null points, or if memory runs out.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_newton1(
+    korvane_cad_face_t *face, uint32_t id, int32_t n, const double *uv);
+
+/**
+ * Creates a polyline of points that come from other edges: point i from `edges[i]`, at its parameter
+ * `params[i]` (arrays of n; each may be null). No length is counted between points of different edges. One
+ * reference is taken per run of equal edges, whose first edge must not be null, else null is returned. With
+ * both arrays the original geometry of the edge is asked of them; a copy of the edge no longer has it and
+ * gives STATUS_ERROR there.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_newton1_with_ea(korvane_cad_face_t *face, uint32_t id,
+    int32_t n, const double *uv, korvane_cad_edge_t *const *edges, const double *params);
+
+/**
+ * Creates an edge of a function that gives positions only: it is always called with null derivatives, which
+ * are taken by differences over h = max(1e-7, (tmax - tmin) / 1000), inside the interval. Evaluation calls it
+ * up to six times, for the second derivative, then the first, then the point, and gives up at the first
+ * status that is not STATUS_OK. STATUS_ERROR and a zero derivative if the interval is too short for it. The
+ * user data are never freed. Null for a null face, or if memory runs out.
+ */
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new0(korvane_cad_face_t *face, uint32_t id, double tmin,
+    double tmax, korvane_cad_curve_t function, void *user_data);
+
+/**
+ * Copies a face, or an edge, into a free-standing one. The user data are copied by the clone function, or
+ * shared if there is none. A face is copied without its edges and points; an edge shares its support vertices
+ * until either sets them. Null for null, or if memory or the clone function fails.
+ * @{
+ */
+KORVANE_API korvane_cad_face_t *korvane_cad_face_new_copy(const korvane_cad_face_t *face);
+KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_copy(const korvane_cad_edge_t *edge);
+/** @} */
+
+/**
+ * Makes a copy of each point of a face for `target`. Kept on purpose: no list takes the copies, so that
+ * neither face changes. STATUS_ERROR for a null face, STATUS_NOMEM if memory runs out.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_clone_points(
+    const korvane_cad_face_t *face, korvane_cad_face_t *target);
+
+/* ----------------------------------------------------------------------------------------------------
+ * Original identifiers
+ *
+ * Which faces and edges of the client's model a face or edge stands for, and where its parameters lie on the
+ * geometry that it was derived from. A face or edge has itself, that is, its own identifier, as its one
+ * original until one is added.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Adds an original identifier; the first one replaces the object's own. STATUS_NOMEM, without change, if
+ * memory runs out.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_add_original_id(korvane_cad_face_t *face, uint32_t id);
+KORVANE_API korvane_status_t korvane_cad_edge_add_original_id(korvane_cad_edge_t *edge, uint32_t id);
+/** @} */
+
+/**
+ * Gives the number of original identifiers. STATUS_ERROR for a null output.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_get_original_id_count(
+    const korvane_cad_face_t *face, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_edge_get_original_id_count(
+    const korvane_cad_edge_t *edge, int32_t *count);
+/** @} */
+
+/**
+ * Gives an original identifier by its index. STATUS_ERROR for a null output, and for an index other than 1 as
+ * long as no identifier was added. Afterwards an index outside 1..count is the caller's error (not checked):
+ * it gives either STATUS_ERROR or the content of an unused place of the list.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_get_original_id(
+    const korvane_cad_face_t *face, int32_t index, uint32_t *id);
+KORVANE_API korvane_status_t korvane_cad_edge_get_original_id(
+    const korvane_cad_edge_t *edge, int32_t index, uint32_t *id);
+/** @} */
+
+/**
+ * Removes all identifiers that were added: none remains, not even the object's own. Without effect if none
+ * was added.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_face_reset_original_id(korvane_cad_face_t *face);
+KORVANE_API korvane_status_t korvane_cad_edge_reset_original_id(korvane_cad_edge_t *edge);
+/** @} */
+
+/**
+ * Gives the face that a face was derived from, through any number of derivations, without a reference, and
+ * its parameters that correspond to `uv`; an auxiliary 0. A face that was not derived gives itself. Any
+ * output may be null; `uv` (2 doubles) may be null only if `original_uv` is.
+ */
+KORVANE_API korvane_status_t korvane_cad_face_get_original_geometry(korvane_cad_face_t *face,
+    const double uv[2], korvane_cad_face_t **original_face, double original_uv[2], int64_t *aux);
+
+/**
+ * Gives the edge that an edge was derived from, without a reference, and its parameter that corresponds to t.
+ * An affine image gives its source's original; a polyline with original edges and parameters gives the edge
+ * of the run that t lies in, the interpolated parameter, and the interval between the parameters of the two
+ * points around t, which are not followed further; any other edge gives itself and t for parameter and both
+ * bounds. Any output may be null; of a polyline the interval is written only if the parameter is asked for.
+ */
+KORVANE_API korvane_status_t korvane_cad_edge_get_original_geometry(korvane_cad_edge_t *edge, double t,
+    korvane_cad_edge_t **original_edge, double *original_t, double *original_tmin, double *original_tmax);
 
 #ifdef __cplusplus
 }
