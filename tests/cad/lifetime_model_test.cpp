@@ -1,0 +1,523 @@
+// The life of models, faces and edges as a state machine: random sequences of everything that counts, against
+// a naive model of the counting rules. Every delete function, every status of an evaluation and every
+// original geometry must be as the model says; what is touched after its end shows under the sanitizers.
+#include <algorithm>
+#include <deque>
+#include <random>
+
+#include "cad_support.h"
+
+namespace korvane::testing {
+namespace {
+
+/// User data of a face or edge of the client.
+struct Data {
+    int deleted = 0;
+    int expected = 0; // deletions, by the model
+    std::deque<Data> *all = nullptr;
+
+    static void remove(void *user_data) { ++static_cast<Data *>(user_data)->deleted; }
+    static void *clone(void *user_data)
+    {
+        std::deque<Data> &all = *static_cast<Data *>(user_data)->all;
+        return &all.emplace_back(Data{0, 0, &all});
+    }
+};
+
+constexpr korvane_status_t status_after_deletion = 77;
+
+korvane_status_t living_surface(
+    const double *uv, double *xyz, double *, double *, double *, double *, double *, void *user_data)
+{
+    write(xyz, uv[0], uv[1], 1);
+    return static_cast<const Data *>(user_data)->deleted == 0 ? STATUS_OK : status_after_deletion;
+}
+
+korvane_status_t living_curve(double t, double *uv, double *, double *, void *user_data)
+{
+    write(uv, t, t);
+    return static_cast<const Data *>(user_data)->deleted == 0 ? STATUS_OK : status_after_deletion;
+}
+
+korvane_status_t location(double t, double *uv, double *, double *, void *)
+{
+    write(uv, t, t);
+    return STATUS_OK;
+}
+
+enum class Kind { client, transformed, segment, polyline, polyline_copy, approximate };
+
+/// A model, face or edge, as the counting rules see it.
+struct Object {
+    korvane_cad_t *cad = nullptr; // one of the three
+    korvane_cad_face_t *face = nullptr;
+    korvane_cad_edge_t *edge = nullptr;
+    Kind kind = Kind::client;
+    std::size_t context = 0; // of a model
+    Object *owner = nullptr;
+    std::vector<Object *> parts;
+    int count = 0; // own counter
+    bool ended = false;
+    Data *data = nullptr;       // whose deletion is counted
+    std::vector<Object *> held; // references that its delete function gives back
+    std::vector<Object *> runs; // of a polyline with parameters, per point
+    Object *source = nullptr;   // that it is evaluated from
+};
+
+Object &unit(Object &object)
+{
+    return object.owner == nullptr ? object : unit(*object.owner);
+}
+
+void end(Object &unit);
+
+void give_back(Object &object)
+{
+    Object &counted = unit(object);
+    if (!counted.ended && --counted.count <= 0)
+        end(counted);
+}
+
+void run_deletions(Object &object)
+{
+    for (Object *part : object.parts)
+        run_deletions(*part);
+    if (object.data != nullptr)
+        ++object.data->expected;
+    for (Object *held : object.held)
+        give_back(*held);
+}
+
+void end(Object &ended)
+{
+    ended.ended = true;
+    run_deletions(ended);
+}
+
+class Machine {
+  public:
+    explicit Machine(unsigned seed) : random(seed)
+    {
+        for (korvane_context_t *&context : contexts)
+            context = korvane_context_new();
+        new_model();
+    }
+    ~Machine()
+    {
+        for (std::size_t i = 0; i < contexts.size(); ++i)
+            end_context(i);
+        for (Object &object : objects) { // free-standing ones have nobody else
+            while (!unit(object).ended)
+                remove(object);
+        }
+        check();
+    }
+    Machine(const Machine &) = delete;
+    Machine &operator=(const Machine &) = delete;
+
+    void step()
+    {
+        switch (random() % 24) {
+        case 0:
+            return new_model();
+        case 1:
+        case 2:
+            return new_face();
+        case 3:
+        case 4:
+        case 5:
+            return new_edge();
+        case 6:
+            return new_segment();
+        case 7:
+        case 8:
+            return new_polyline();
+        case 9:
+            return new_approximate();
+        case 10:
+        case 11:
+            return transform_face();
+        case 12:
+        case 13:
+            return transform_edge();
+        case 14:
+            return copy_face();
+        case 15:
+            return copy_edge();
+        case 16:
+            return attach_face();
+        case 17:
+            return attach_edge();
+        case 18:
+            return retain();
+        case 19:
+            return change_lists();
+        case 20:
+            if (random() % 8 == 0)
+                restart_context();
+            return;
+        default:
+            if (Object *object = pick([](const Object &) { return true; }); object != nullptr)
+                remove(*object);
+        }
+    }
+
+    /// Everything that the client can see must be as the model says.
+    void check()
+    {
+        for (const Data &each : data)
+            ASSERT_EQ(each.deleted, each.expected);
+        for (Object &object : objects) {
+            if (unit(object).ended)
+                continue;
+            if (object.face != nullptr)
+                check_face(object);
+            else if (object.edge != nullptr)
+                check_edge(object);
+            else
+                ASSERT_EQ(got(korvane_cad_get_face_count, object.cad), std::ssize(object.parts));
+        }
+    }
+
+  private:
+    // -- Choice
+
+    template <class Condition>
+    Object *pick(Condition condition)
+    {
+        std::vector<Object *> found;
+        for (Object &object : objects) {
+            if (!unit(object).ended && condition(object))
+                found.push_back(&object);
+        }
+        return found.empty() ? nullptr : found[random() % found.size()];
+    }
+    Object *pick_model()
+    {
+        return pick([](const Object &object) { return object.cad != nullptr; });
+    }
+    Object *pick_face()
+    {
+        return pick([](const Object &object) { return object.face != nullptr; });
+    }
+    Object *pick_edge()
+    {
+        return pick([](const Object &object) { return object.edge != nullptr; });
+    }
+    bool chance() { return random() % 2 == 0; }
+
+    // -- The rules
+
+    Object &record(Object object)
+    {
+        object.count = 1;
+        return objects.emplace_back(std::move(object));
+    }
+    static void enter(Object &object, Object &owner)
+    {
+        object.owner = &owner;
+        owner.parts.push_back(&object);
+        ++unit(owner).count;
+    }
+    Object &record(Object object, Object *owner)
+    {
+        Object &recorded = record(std::move(object));
+        if (owner != nullptr)
+            enter(recorded, *owner);
+        return recorded;
+    }
+    void remove(Object &object)
+    {
+        give_back(object);
+        korvane_cad_delete(object.cad);
+        korvane_cad_face_delete(object.face);
+        korvane_cad_edge_delete(object.edge);
+    }
+    Data &new_data() { return data.emplace_back(Data{0, 0, &data}); }
+
+    // -- Operations
+
+    void new_model()
+    {
+        Object model;
+        model.context = random() % contexts.size();
+        model.cad = korvane_cad_new(contexts[model.context]);
+        record(std::move(model));
+    }
+    void new_face()
+    {
+        Object *model = pick_model();
+        if (model == nullptr)
+            return;
+        Object face;
+        face.data = &new_data();
+        face.face = korvane_cad_face_new(model->cad, 1, living_surface, face.data);
+        korvane_cad_face_set_delete_function(face.face, Data::remove);
+        korvane_cad_face_set_clone_function(face.face, Data::clone);
+        record(std::move(face), model);
+    }
+    void new_edge()
+    {
+        Object *face = pick_face();
+        if (face == nullptr)
+            return;
+        Object edge;
+        edge.data = &new_data();
+        edge.edge = korvane_cad_edge_new(face->face, 1, 0, 1, living_curve, edge.data);
+        korvane_cad_edge_set_delete_function(edge.edge, Data::remove);
+        korvane_cad_edge_set_clone_function(edge.edge, Data::clone);
+        record(std::move(edge), face);
+    }
+    void new_segment()
+    {
+        Object *face = chance() ? pick_face() : nullptr;
+        Object edge;
+        edge.kind = Kind::segment;
+        edge.edge = korvane_cad_edge_new_segment(
+            face == nullptr ? nullptr : face->face, 1, place.data(), place.data());
+        record(std::move(edge), face);
+    }
+    void new_approximate()
+    {
+        Object *face = pick_face();
+        if (face == nullptr)
+            return;
+        Object edge;
+        edge.kind = Kind::approximate;
+        edge.edge = korvane_cad_edge_new0(face->face, 1, 0, 1, location, nullptr);
+        record(std::move(edge), face);
+    }
+    void new_polyline()
+    {
+        Object *face = pick_face();
+        if (face == nullptr)
+            return;
+        Object edge;
+        edge.kind = Kind::polyline;
+        std::vector<korvane_cad_edge_t *> handles;
+        for (std::size_t i = 0; i < 1 + random() % 4; ++i) {
+            Object *original = chance() && i > 0 ? edge.runs.back() : pick_edge();
+            if (original == nullptr)
+                return;
+            if (i == 0 || edge.runs.back() != original)
+                edge.held.push_back(original);
+            edge.runs.push_back(original);
+            handles.push_back(original->edge);
+        }
+        const std::vector<Uv> points(handles.size(), place);
+        const std::vector<double> params(handles.size(), 0.5);
+        const bool with_params = chance();
+        edge.edge = korvane_cad_edge_new_newton1_with_ea(face->face, 1, static_cast<int32_t>(handles.size()),
+            points[0].data(), handles.data(), with_params ? params.data() : nullptr);
+        if (!with_params)
+            edge.runs.clear();
+        for (Object *held : edge.held)
+            ++unit(*held).count;
+        record(std::move(edge), face);
+    }
+    /// Takes over a reference that the client has taken before, or one that it counted on otherwise.
+    void transform_face()
+    {
+        Object *source = pick_face();
+        if (source == nullptr)
+            return;
+        if (chance()) {
+            korvane_cad_face_clone(source->face);
+            ++unit(*source).count;
+        }
+        Object *model = chance() ? pick_model() : nullptr;
+        Object face;
+        face.kind = Kind::transformed;
+        face.source = source;
+        face.held = {source};
+        face.face = korvane_cad_face_new_pafftrans(
+            model == nullptr ? nullptr : model->cad, source->face, 1, place.data(), place.data(), nullptr, 1);
+        record(std::move(face), model);
+    }
+    void transform_edge()
+    {
+        Object *source = pick_edge();
+        if (source == nullptr)
+            return;
+        Object *face = chance() ? pick_face() : nullptr;
+        Object edge;
+        edge.kind = Kind::transformed;
+        edge.source = source;
+        edge.edge = korvane_cad_edge_new_afftrans(
+            face == nullptr ? nullptr : face->face, source->edge, 1, place.data(), place.data());
+        record(std::move(edge), face);
+    }
+    void copy_face()
+    {
+        Object *original = pick_face();
+        if (original == nullptr)
+            return;
+        Object copy;
+        copy.kind = original->kind;
+        copy.source = original->source;
+        copy.held = original->held;
+        for (Object *held : copy.held)
+            ++unit(*held).count;
+        copy.face = korvane_cad_face_new_copy(original->face);
+        copy.data = original->data == nullptr ? nullptr : &data.back();
+        record(std::move(copy));
+    }
+    void copy_edge()
+    {
+        Object *original = pick_edge();
+        if (original == nullptr)
+            return;
+        Object copy;
+        copy.kind = original->kind == Kind::polyline && !original->runs.empty() ? Kind::polyline_copy
+                                                                                : original->kind;
+        copy.source = original->source;
+        if (copy.source != nullptr) // for good
+            ++unit(*copy.source).count;
+        copy.edge = korvane_cad_edge_new_copy(original->edge);
+        copy.data = original->data == nullptr ? nullptr : &data.back();
+        // The copy of an edge takes over the own counter of the original.
+        record(std::move(copy)).count = original->count;
+    }
+    void attach_face()
+    {
+        Object *face = pick([](const Object &object) { return object.face && !object.owner; });
+        Object *model = pick_model();
+        if (face == nullptr || model == nullptr)
+            return;
+        ASSERT_EQ(korvane_cad_face_attach(face->face, model->cad), STATUS_OK);
+        face->count = 0;
+        enter(*face, *model);
+    }
+    void attach_edge()
+    {
+        Object *edge = pick([](const Object &object) { return object.edge && !object.owner; });
+        Object *face = pick_face();
+        if (edge == nullptr || face == nullptr)
+            return;
+        ASSERT_EQ(korvane_cad_edge_attach(edge->edge, face->face), STATUS_OK);
+        edge->count = 0;
+        enter(*edge, *face);
+    }
+    void retain()
+    {
+        Object *object = pick([](const Object &each) { return each.cad == nullptr; });
+        if (object == nullptr)
+            return;
+        korvane_cad_face_clone(object->face);
+        korvane_cad_edge_clone(object->edge);
+        ++unit(*object).count;
+    }
+    /// What is owned without being counted.
+    void change_lists()
+    {
+        if (Object *face = pick_face(); face != nullptr) {
+            korvane_cad_point_t *point = korvane_cad_point_new(face->face, 1, place.data());
+            if (chance())
+                korvane_cad_point_delete(point);
+            korvane_cad_face_add_original_id(face->face, 5);
+        }
+        if (Object *edge = pick_edge(); edge != nullptr) {
+            korvane_cad_edge_set_support_vertex_count(edge->edge, static_cast<int32_t>(random() % 3));
+            korvane_cad_edge_set_support_vertex(edge->edge, 1, 0, place.data(), here.data());
+            korvane_cad_edge_add_original_id(edge->edge, 5);
+        }
+    }
+    void end_context(std::size_t index)
+    {
+        for (std::size_t i = objects.size(); i-- > 0;) { // newest first
+            if (objects[i].cad != nullptr && objects[i].context == index && !objects[i].ended)
+                end(objects[i]);
+        }
+        korvane_context_delete(contexts[index]);
+    }
+    void restart_context()
+    {
+        const std::size_t index = random() % contexts.size();
+        end_context(index);
+        contexts[index] = korvane_context_new();
+    }
+
+    // -- Checks
+
+    static bool is_evaluable(Object &object)
+    {
+        return !unit(object).ended && (object.source == nullptr || is_evaluable(*object.source));
+    }
+    static Object &original_of(Object &object)
+    {
+        return object.source == nullptr ? object : original_of(*object.source);
+    }
+    static void check_face(Object &object)
+    {
+        const korvane_status_t expected = is_evaluable(object) ? STATUS_OK : STATUS_ERROR;
+        ASSERT_EQ(evaluate(object.face, {1, 2}).status, expected);
+        korvane_cad_face_t *original = nullptr;
+        ASSERT_EQ(korvane_cad_face_get_original_geometry(object.face, nullptr, &original, nullptr, nullptr),
+            expected);
+        ASSERT_EQ(original, expected == STATUS_OK ? original_of(object).face : nullptr);
+        ASSERT_EQ(got(korvane_cad_face_get_edge_count, object.face), std::ssize(object.parts));
+        ASSERT_EQ(got(korvane_cad_face_get_cad, object.face),
+            object.owner == nullptr ? nullptr : object.owner->cad);
+    }
+    static void check_edge(Object &object)
+    {
+        const korvane_status_t expected = is_evaluable(object) ? STATUS_OK : STATUS_ERROR;
+        ASSERT_EQ(evaluate(object.edge, 0.5).status, expected);
+        ASSERT_EQ(got(korvane_cad_edge_get_face, object.edge),
+            object.owner == nullptr ? nullptr : object.owner->face);
+        Object &last = original_of(object);
+        korvane_cad_edge_t *original = nullptr;
+        const korvane_status_t status =
+            korvane_cad_edge_get_original_geometry(object.edge, 0.5, &original, nullptr, nullptr, nullptr);
+        if (expected == STATUS_OK && last.kind == Kind::polyline && !last.runs.empty()) {
+            ASSERT_EQ(status, STATUS_OK);
+            // All points coincide: the last segment, which starts at the last point but one.
+            const std::size_t n = last.runs.size();
+            ASSERT_EQ(original, last.runs[n < 2 ? 0 : n - 2]->edge);
+        } else if (expected == STATUS_OK && last.kind == Kind::polyline_copy) {
+            ASSERT_EQ(status, STATUS_ERROR);
+        } else {
+            ASSERT_EQ(status, expected);
+            ASSERT_EQ(original, expected == STATUS_OK ? last.edge : nullptr);
+        }
+    }
+
+    const Uv place{1, 2};
+    const Xyz here{1, 2, 3};
+    std::mt19937 random;
+    std::array<korvane_context_t *, 2> contexts{};
+    std::deque<Object> objects;
+    std::deque<Data> data;
+};
+
+TEST(LifetimeModel, RandomSequencesEndAsTheCountingRulesSay)
+{
+    for (unsigned seed = 1; seed <= 5000; ++seed) {
+        SCOPED_TRACE(seed);
+        Machine machine(seed);
+        for (int step = 0; step < 80; ++step) {
+            machine.step();
+            machine.check();
+            if (::testing::Test::HasFailure())
+                return;
+        }
+    }
+}
+
+TEST(LifetimeModel, LongSequencesToo)
+{
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+        SCOPED_TRACE(seed);
+        Machine machine(seed);
+        for (int step = 0; step < 4000; ++step) {
+            machine.step();
+            if (step % 100 == 0)
+                machine.check();
+            if (::testing::Test::HasFailure())
+                return;
+        }
+    }
+}
+
+} // namespace
+} // namespace korvane::testing
