@@ -23,17 +23,21 @@ struct numbered_keys {
     static_assert(std::is_trivially_copyable_v<value_type>);
 
     struct Entry {
-        value_type key;
         int32_t next; // the next identifier of the same bucket, or 0
+        value_type key;
     };
 
     // To be read only: they change through the members below.
     int32_t count = 0;    // identifiers are 1..count
     int32_t capacity = 0; // `keys` has one entry more, or none at all
-    Array<Entry> keys;    // a key lies beside its link, so that a step along a chain is one access
+    Array<Entry>
+        keys; // the link and the front of the key are near, so that a step along a chain is one access
 
     /// The key of an identifier, as first inserted.
     [[nodiscard]] const value_type &key(int32_t identifier) const { return entry(identifier).key; }
+
+    /// Parts of a key that play no part in its hash and in `equal` may be changed: what a user keeps per key.
+    [[nodiscard]] value_type &key(int32_t identifier) { return entry(identifier).key; }
 
     /// The next identifier of the same bucket, or 0.
     [[nodiscard]] int32_t next(int32_t identifier) const { return entry(identifier).next; }
@@ -91,7 +95,7 @@ struct numbered_keys {
         if (count >= capacity && !try_reserve(grown_capacity(capacity)))
             return 0;
         const int32_t identifier = ++count;
-        entry(identifier) = {key, 0};
+        entry(identifier) = {0, key};
         (last == 0 ? head : entry(last).next) = identifier;
         return identifier;
     }
