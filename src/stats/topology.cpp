@@ -13,6 +13,7 @@
 #include <span>
 
 #include "common/array.h"
+#include "common/prefetch.h"
 #include "mesh/fetch.h"
 #include "stats/report_text.h"
 #include "tags/tuple_shapes.h"
@@ -29,28 +30,39 @@ struct Face {
     int32_t component;
     uint8_t kind; // the number of vertices
 
-    [[nodiscard]] std::array<int32_t, 2> edge(uint8_t side) const
+    /// Side e joins the vertices e mod n and e + 1 mod n, from 0, of n.
+    [[nodiscard]] std::array<int32_t, 2> side(unsigned number) const
     {
-        return {vertices[side % kind], vertices[(side + 1) % kind]};
+        const unsigned first = number < kind ? number : 0;
+        const unsigned second = first + 1 < kind ? first + 1 : 0;
+        return {vertices[first], vertices[second]};
     }
 };
 
-/// The list of the faces of an edge.
-struct EdgeFaces {
+/// A key of the edge map: an edge, and the end of the list of its faces, by which it is not found.
+struct Edge {
+    std::array<int32_t, 2> vertices;
     int32_t last_face;
     uint8_t last_side;
-    uint8_t count; // 3 stands for more, too
+    uint8_t face_count; // 3 stands for more, too
 };
 
-using VertexSet = tuple_major_set_t<ordered_key<1>>;
+struct edge_key {
+    using value_type = Edge;
 
-/// Gives an array room for all identifiers of a set; new values are zero.
-template <class Key, class Value>
-[[nodiscard]] bool try_follow(const tuple_major_set_t<Key> &set, Array<Value> &values)
-{
-    const std::size_t wanted = static_cast<std::size_t>(set.capacity) + 1;
-    return values.size() >= wanted || values.try_resize_zeroed(wanted);
-}
+    static constexpr uint32_t bucket(const Edge &edge, uint32_t bucket_count)
+    {
+        return unordered_pair::bucket(edge.vertices, bucket_count);
+    }
+    static constexpr bool equal(const Edge &a, const Edge &b)
+    {
+        return unordered_pair::equal(a.vertices, b.vertices);
+    }
+};
+
+// Hash sets take batches, which hide the time of memory.
+constexpr std::size_t faces_per_batch = 64;
+constexpr std::size_t edges_per_batch = 64;
 
 class WorkStack {
   public:
@@ -62,8 +74,14 @@ class WorkStack {
         slots[count++] = number;
         return true;
     }
-    [[nodiscard]] bool empty() const { return count == 0; }
-    [[nodiscard]] int32_t pop() { return slots[--count]; }
+    /// Pops as many numbers as there are, but not more than `numbers` holds.
+    [[nodiscard]] std::span<const int32_t> pop_into(std::span<int32_t> numbers)
+    {
+        const std::size_t popped = std::min(numbers.size(), count);
+        count -= popped;
+        std::copy_n(slots.data() + count, popped, numbers.data());
+        return numbers.first(popped);
+    }
 
   private:
     Array<int32_t> slots;
@@ -77,8 +95,7 @@ struct Components {
 
 struct Workspace {
     Array<Face> faces;
-    vertex_pair_set_t edges;
-    Array<EdgeFaces> faces_of_edge; // by identifier in `edges`
+    tuple_major_set_t<edge_key> edges;
     WorkStack work;
     Components free;
     Components non_manifold;
@@ -128,83 +145,117 @@ template <auto vertices_slot>
            try_read_faces<&korvane_mesh_s::quadrangle_vertices>(mesh, faces.subspan(triangles.size()));
 }
 
-/// Appends a face to the list of an edge, which stays a ring: the last face leads to the first.
-void append(Workspace &workspace, EdgeFaces &list, int32_t number, uint8_t side)
+/// Appends a side of a face to the list of an edge, which stays a ring: the last face leads to the first.
+void append(Workspace &workspace, Edge &edge, int32_t number, uint8_t side)
 {
-    if (list.count > 0) {
-        Face &last = workspace.face(list.last_face);
-        Face &face = workspace.face(number);
-        const bool first_is_last = list.count == 1;
-        const auto last_slot = static_cast<std::size_t>(list.last_side - 1);
-        const auto slot = static_cast<std::size_t>(side - 1);
-        face.neighbour[slot] = first_is_last ? list.last_face : last.neighbour[last_slot];
-        face.neighbour_edge[slot] = first_is_last ? list.last_side : last.neighbour_edge[last_slot];
-        last.neighbour[last_slot] = number;
-        last.neighbour_edge[last_slot] = side;
+    Face &last = workspace.face(edge.last_face);
+    Face &face = workspace.face(number);
+    const auto last_slot = static_cast<std::size_t>(edge.last_side - 1);
+    const auto slot = static_cast<std::size_t>(side - 1);
+    const bool alone = edge.face_count == 1;
+    face.neighbour[slot] = alone ? edge.last_face : last.neighbour[last_slot];
+    face.neighbour_edge[slot] = alone ? edge.last_side : last.neighbour_edge[last_slot];
+    last.neighbour[last_slot] = number;
+    last.neighbour_edge[last_slot] = side;
+    edge.last_face = number;
+    edge.last_side = side;
+    edge.face_count = static_cast<uint8_t>(std::min(edge.face_count + 1, 3));
+}
+
+/// Enters the sides of some faces into the edge map and counts its kinds of edges.
+[[nodiscard]] bool try_insert_sides(Workspace &workspace, std::size_t first, std::size_t end)
+{
+    std::array<Edge, 4 * faces_per_batch> sides;
+    std::array<int32_t, sides.size()> identifiers;
+    std::size_t count = 0;
+    for (std::size_t i = first; i < end; ++i)
+        for (uint8_t side = 1; side <= workspace.faces[i].kind; ++side)
+            sides[count++] = {workspace.faces[i].side(side), static_cast<int32_t>(i + 1), side, 1};
+    if (!workspace.edges.try_insert_batch({sides.data(), count}, identifiers.data()))
+        return false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Edge &edge = workspace.edges.key(identifiers[i]);
+        prefetch(&workspace.face(edge.last_face).neighbour[edge.last_side - 1]);
     }
-    list = {number, side, static_cast<uint8_t>(std::min(list.count + 1, 3))};
+    for (std::size_t i = 0; i < count; ++i) {
+        const Edge &side = sides[i];
+        Edge &edge = workspace.edges.key(identifiers[i]);
+        const bool is_new = edge.last_face == side.last_face && edge.last_side == side.last_side;
+        if (!is_new)
+            append(workspace, edge, side.last_face, side.last_side);
+    }
+    return true;
 }
 
 /// Numbers the edges and lists the faces of each.
 [[nodiscard]] bool try_build_edge_map(Workspace &workspace)
 {
-    constexpr std::size_t faces_per_batch = 64;
-    std::array<vertex_pair_set_t::value_type, 4 * faces_per_batch> edges;
-    std::array<int32_t, edges.size()> identifiers;
     const std::size_t face_count = workspace.faces.size();
-    for (std::size_t first = 0; first < face_count; first += faces_per_batch) {
-        const std::size_t end = std::min(first + faces_per_batch, face_count);
-        std::size_t filled = 0;
-        for (std::size_t i = first; i < end; ++i)
-            for (uint8_t side = 1; side <= workspace.faces[i].kind; ++side)
-                edges[filled++] = workspace.faces[i].edge(side);
-        if (!workspace.edges.try_insert_batch({edges.data(), filled}, identifiers.data()) ||
-            !try_follow(workspace.edges, workspace.faces_of_edge))
+    for (std::size_t first = 0; first < face_count; first += faces_per_batch)
+        if (!try_insert_sides(workspace, first, std::min(first + faces_per_batch, face_count)))
             return false;
-        const int32_t *identifier = identifiers.data();
-        for (std::size_t i = first; i < end; ++i) {
-            for (uint8_t side = 1; side <= workspace.faces[i].kind; ++side) {
-                EdgeFaces &list = workspace.faces_of_edge[static_cast<std::size_t>(*identifier++)];
-                append(workspace, list, static_cast<int32_t>(i + 1), side);
-            }
-        }
-    }
     return true;
 }
 
 void count_edges(Workspace &workspace)
 {
     for (int32_t edge = 1; edge <= workspace.edges.count; ++edge) {
-        const uint8_t count = workspace.faces_of_edge[static_cast<std::size_t>(edge)].count;
+        const uint8_t count = workspace.edges.key(edge).face_count;
         workspace.free.edges += count == 1;
         workspace.non_manifold.edges += count == 3;
     }
 }
 
 /// Counts the connected components of the nodes 1..node_count. `component(node)` is the node's label, 0 until
-/// it is visited; `for_each_neighbour(node, visit)` stops and returns false where `visit` does.
+/// it is visited; `for_each_neighbour(node, visit)` stops and returns false where `visit` does. Several nodes
+/// are popped at a time, so that the labels of all their neighbours come from memory together.
 template <class Component, class ForEachNeighbour>
 [[nodiscard]] bool try_count_components(int32_t node_count, Component component,
     ForEachNeighbour for_each_neighbour, WorkStack &work, int32_t &count)
 {
+    const auto prefetch_label = [&](int32_t node) {
+        prefetch(&component(node));
+        return true;
+    };
+    const auto visit = [&](int32_t node) {
+        if (component(node) != 0)
+            return true;
+        component(node) = count;
+        return work.try_push(node);
+    };
     for (int32_t start = 1; start <= node_count; ++start) {
         if (component(start) != 0)
             continue;
         ++count;
-        const auto visit = [&](int32_t node) {
-            if (component(node) != 0)
-                return true;
-            component(node) = count;
-            return work.try_push(node);
-        };
         if (!visit(start))
             return false;
-        while (!work.empty())
-            if (!for_each_neighbour(work.pop(), visit))
-                return false;
+        std::array<int32_t, 16> room;
+        for (auto nodes = work.pop_into(room); !nodes.empty(); nodes = work.pop_into(room)) {
+            for (const int32_t node : nodes)
+                static_cast<void>(for_each_neighbour(node, prefetch_label));
+            for (const int32_t node : nodes)
+                if (!for_each_neighbour(node, visit))
+                    return false;
+        }
     }
     return true;
 }
+
+/// A key of a graph: a vertex, and the head of the list of its neighbours, by which it is not found.
+struct Vertex {
+    int32_t number;
+    uint32_t first_value;
+};
+
+struct vertex_key {
+    using value_type = Vertex;
+
+    static constexpr uint32_t bucket(const Vertex &vertex, uint32_t bucket_count)
+    {
+        return ordered_key<1>::bucket({vertex.number}, bucket_count);
+    }
+    static constexpr bool equal(const Vertex &a, const Vertex &b) { return a.number == b.number; }
+};
 
 /// The edges of some kind as a graph of their vertices.
 struct Graph {
@@ -213,18 +264,30 @@ struct Graph {
         uint32_t next;
     };
 
-    VertexSet vertices;
-    Array<uint32_t> first_value; // by identifier in `vertices`
-    Array<Value> values;         // from 1
+    tuple_major_set_t<vertex_key> vertices;
+    Array<Value> values; // from 1
     uint32_t value_count = 0;
 
     void add(int32_t vertex, int32_t neighbour)
     {
-        uint32_t &first = first_value[static_cast<std::size_t>(vertex)];
+        uint32_t &first = vertices.key(vertex).first_value;
         values[++value_count] = {neighbour, first};
         first = value_count;
     }
 };
+
+/// Enters edges, given by the vertices of each in turn.
+[[nodiscard]] bool try_insert_edges(Graph &graph, std::span<const Vertex> ends)
+{
+    std::array<int32_t, 2 * edges_per_batch> identifiers;
+    if (!graph.vertices.try_insert_batch(ends, identifiers.data()))
+        return false;
+    for (std::size_t i = 0; i < ends.size(); i += 2) {
+        graph.add(identifiers[i], identifiers[i + 1]);
+        graph.add(identifiers[i + 1], identifiers[i]);
+    }
+    return true;
+}
 
 /// Builds the graph of the `edge_count` edges that have `face_count` faces.
 [[nodiscard]] bool try_build_graph(
@@ -234,18 +297,21 @@ struct Graph {
     if (!graph.vertices.try_create(capacity, capacity) ||
         !graph.values.try_resize(2 * static_cast<std::size_t>(edge_count) + 1))
         return false;
-    for (int32_t edge = 1; edge <= workspace.edges.count; ++edge) {
-        if (workspace.faces_of_edge[static_cast<std::size_t>(edge)].count != face_count)
+    std::array<Vertex, 2 * edges_per_batch> ends;
+    std::size_t filled = 0;
+    for (int32_t number = 1; number <= workspace.edges.count; ++number) {
+        const Edge &edge = workspace.edges.key(number);
+        if (edge.face_count != face_count)
             continue;
-        const auto [a, b] = workspace.edges.key(edge);
-        const int32_t first = graph.vertices.insert({a});
-        const int32_t second = graph.vertices.insert({b});
-        if (first == 0 || second == 0 || !try_follow(graph.vertices, graph.first_value))
-            return false;
-        graph.add(first, second);
-        graph.add(second, first);
+        for (const int32_t vertex : edge.vertices)
+            ends[filled++] = {vertex, 0};
+        if (filled == ends.size()) {
+            if (!try_insert_edges(graph, ends))
+                return false;
+            filled = 0;
+        }
     }
-    return true;
+    return try_insert_edges(graph, {ends.data(), filled});
 }
 
 [[nodiscard]] bool try_count_edge_components(Workspace &workspace, uint8_t face_count, Components &counts)
@@ -261,7 +327,7 @@ struct Graph {
         graph.vertices.count,
         [&](int32_t vertex) -> int32_t & { return labels[static_cast<std::size_t>(vertex)]; },
         [&](int32_t vertex, auto visit) {
-            uint32_t value = graph.first_value[static_cast<std::size_t>(vertex)];
+            uint32_t value = graph.vertices.key(vertex).first_value;
             for (; value != 0; value = graph.values[value].next)
                 if (!visit(graph.values[value].neighbour))
                     return false;
