@@ -775,9 +775,9 @@ KORVANE_API korvane_status_t korvane_mesh_get_tetrahedron_aspect_ratio(
  * value.
  *
  * The sample size counts values: a triangle has three angles. Angles are in degrees, with 3.141593 for pi. An
- * extreme belongs to the first element that reaches it, or to element 0 if no value is below infinity. The
- * value of a degenerate element makes mean and variance infinite, if it is not the only value, and values
- * that are not a number change no extreme.
+ * extreme belongs to the first element that reaches it, or to element 0 if no value is below infinity. An
+ * infinite value makes the mean infinite, and the variance too as soon as there are two values. A value that
+ * is not a number changes no extreme.
  *
  * Kept on purpose: the variance is a running one that weighs the shift of the mean by the new count, so that
  * it comes close to the variance of the sample only when that is large.

@@ -371,5 +371,35 @@ TEST(MajorSetKeys, AreOpenToOtherTypes)
     EXPECT_EQ(set.key(2), &things[0]);
 }
 
+/// A key with a note of its user.
+struct noted_key {
+    struct value_type {
+        std::array<int32_t, 2> pair;
+        int32_t note;
+    };
+    static uint32_t bucket(const value_type &key, uint32_t bucket_count)
+    {
+        return unordered_pair::bucket(key.pair, bucket_count);
+    }
+    static bool equal(const value_type &a, const value_type &b)
+    {
+        return unordered_pair::equal(a.pair, b.pair);
+    }
+};
+
+TEST(MajorSet, KeysCarryNotesByWhichTheyAreNotFound)
+{
+    tuple_major_set_t<noted_key> set;
+    ASSERT_TRUE(set.try_create(2, 1));
+    ASSERT_EQ(set.insert({{1, 2}, 10}), 1);
+    ASSERT_EQ(set.insert({{3, 4}, 20}), 2);
+    EXPECT_EQ(set.insert({{2, 1}, 30}), 1);
+    EXPECT_EQ(set.key(1).note, 10);
+    set.key(1).note = 40;
+    EXPECT_EQ(set.find({{1, 2}, 0}), 1);
+    EXPECT_EQ(set.key(1).note, 40);
+    EXPECT_EQ(set.key(2).note, 20);
+}
+
 } // namespace
 } // namespace korvane::testing
