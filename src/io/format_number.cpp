@@ -6,6 +6,7 @@
 // exponent, infinities and the like, is left to the standard library, whose result is exact too.
 #include "io/format_number.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -58,7 +59,8 @@ char *put_decimal(char *text, std::uint64_t number, int power)
     char digits[2 * 16] = {};
     const int significant = put_digits(digits, number, std::integral_constant<int, digit_count>());
     if (power < 0) {
-        std::memcpy(text, "0.0000", 6);
+        constexpr std::array<char, 5> zeros = {'0', '.', '0', '0', '0'};
+        std::memcpy(text, zeros.data(), zeros.size());
         std::memcpy(text + 1 - power, digits, 16);
         return text + 1 - power + significant;
     }

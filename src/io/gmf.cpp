@@ -40,6 +40,13 @@ gmf_file_t *find_file(int32_t index, int32_t code, gmf_mode_t mode)
     return file != nullptr && file->mode == mode && gmf_is_code(code) ? file : nullptr;
 }
 
+/// As above, if the file has a block of the code, or the header of one was written.
+gmf_file_t *find_block(int32_t index, int32_t code, gmf_mode_t mode)
+{
+    gmf_file_t *file = find_file(index, code, mode);
+    return file != nullptr && file->keyword(code).kind != gmf_unknown_keyword ? file : nullptr;
+}
+
 /// The kind that the end of a name states, or 0.
 int32_t kind_of_name(std::string_view name)
 {
@@ -70,7 +77,9 @@ Owned<gmf_file_t> try_create_record(const char *name, int32_t mode)
     std::copy(text.begin(), text.end(), file->file_name.begin());
     file->kind_flags = kind_of_name(text);
     file->mode = mode;
-    return file->kind_flags == 0 ? nullptr : std::move(file);
+    if (file->kind_flags == 0)
+        return nullptr;
+    return file;
 }
 
 bool is_dimension(int32_t dimension)
@@ -217,7 +226,7 @@ int32_t gmf_keyword_count(
 
 int32_t gmf_held_lines(int32_t index, int32_t code)
 {
-    gmf_file_t *file = find_file(index, code, gmf_read_mode);
+    gmf_file_t *file = find_block(index, code, gmf_read_mode);
     if (file == nullptr)
         return 0;
     const gmf_keyword_info_t &keyword = file->keyword(code);
@@ -236,7 +245,7 @@ int32_t gmf_seek_keyword(int32_t index, int32_t code)
 
 int32_t gmf_read_lines(int32_t index, int32_t code, int32_t line_count, std::span<const GmfInput> columns)
 {
-    gmf_file_t *file = find_file(index, code, gmf_read_mode);
+    gmf_file_t *file = find_block(index, code, gmf_read_mode);
     if (file == nullptr || line_count < 1 || !columns_fit(file->keyword(code), columns))
         return 0;
     const gmf_keyword_info_t &keyword = file->keyword(code);
@@ -250,7 +259,7 @@ int32_t gmf_read_lines(int32_t index, int32_t code, int32_t line_count, std::spa
 
 int32_t gmf_read_line(int32_t index, int32_t code, int32_t *integers, double *reals)
 {
-    gmf_file_t *file = find_file(index, code, gmf_read_mode);
+    gmf_file_t *file = find_block(index, code, gmf_read_mode);
     if (file == nullptr)
         return 0;
     return gmf_read_lines(index, code, 1, LineColumns(file->keyword(code), integers, reals).all());
@@ -281,24 +290,24 @@ int32_t gmf_write_keyword_header(
         write_binary_keyword_header(*file, code);
     else
         write_text_keyword_header(*file, code);
-    return keyword.line_count;
+    return file->stream.has_failed() ? 0 : keyword.line_count;
 }
 
 int32_t gmf_write_lines(int32_t index, int32_t code, int32_t line_count, std::span<const GmfOutput> columns)
 {
-    gmf_file_t *file = find_file(index, code, gmf_write_mode);
+    gmf_file_t *file = find_block(index, code, gmf_write_mode);
     if (file == nullptr || line_count < 1 || !columns_fit(file->keyword(code), columns))
         return 0;
     if (!file->is_binary())
         write_text_lines(*file, line_count, columns);
     else if (!write_binary_lines(*file, file->keyword(code), line_count, columns))
         return refuse(*file);
-    return line_count;
+    return file->stream.has_failed() ? 0 : line_count;
 }
 
 int32_t gmf_write_line(int32_t index, int32_t code, const int32_t *integers, const double *reals)
 {
-    gmf_file_t *file = find_file(index, code, gmf_write_mode);
+    gmf_file_t *file = find_block(index, code, gmf_write_mode);
     if (file == nullptr)
         return 0;
     return gmf_write_lines(index, code, 1, LineColumns(file->keyword(code), integers, reals).all());

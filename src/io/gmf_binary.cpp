@@ -176,8 +176,7 @@ Chain index_block(gmf_file_t &file)
 
 bool read_binary_header(gmf_file_t &file)
 {
-    file.byte_order_code = own_order;
-    if (!read_integer(file, file.byte_order_code) ||
+    if (file.stream.read(&file.byte_order_code, word_bytes) != word_bytes ||
         (file.byte_order_code != own_order && file.byte_order_code != opposite_order))
         return false;
     int32_t code = 0;

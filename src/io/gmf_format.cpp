@@ -26,7 +26,8 @@ constexpr int32_t reals_of_type(int32_t type, int32_t dimension)
     }
 }
 
-static_assert(GMF_MAX_TYPES * reals_of_type(4, 3) == std::tuple_size_v<decltype(gmf_keyword_info_t::format)>);
+static_assert(
+    GMF_MAX_TYPES * reals_of_type(4, 3) == int{std::tuple_size<decltype(gmf_keyword_info_t::format)>()});
 
 int32_t kind_of(const gmf_keyword_row_t &row)
 {

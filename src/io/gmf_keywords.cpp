@@ -127,7 +127,7 @@ static_assert(std::all_of(gmf_keyword_table.begin(), gmf_keyword_table.end(),
 
 constexpr bool is_named(gmf_code_t code, std::string_view name)
 {
-    return gmf_keyword_table[code].name == name;
+    return gmf_keyword_table[static_cast<std::size_t>(code)].name == name;
 }
 
 static_assert(is_named(gmf_mesh_version_formatted, "MeshVersionFormatted"));
