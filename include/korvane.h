@@ -1367,6 +1367,75 @@ KORVANE_API korvane_status_t korvane_cad_face_clone_points(
     const korvane_cad_face_t *face, korvane_cad_face_t *target);
 
 /* ----------------------------------------------------------------------------------------------------
+ * Periodicity
+ *
+ * Which faces, edges and points of a model are periodic images of one another, by the client's identifiers,
+ * which need not be those of existing objects. The model stores every declaration under both identifiers,
+ * once, and lists them per identifier. 0 is no identifier; negative ones are accepted.
+ *
+ * Edges and points can be given companions: a pair of identifiers, whose meaning is the client's, of which
+ * the first belongs to the first object and the second to the second.
+ *
+ * Records are listed by index from 1 to the count. Their order depends on their values and is not, in
+ * general, that of their declaration: a client that needs all of them reads all indices. Later declarations
+ * can move records to other indices. Reading a record costs time proportional to its index.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Declares two points periodic. Stored are (companion1, companion2, point2) under `point1` and (companion2,
+ * companion1, point1) under `point2`; if either companion is 0, both are stored as 0. STATUS_OK, and nothing
+ * stored, if either point is 0 or if the points are the same and the companions are the same. STATUS_ERROR
+ * for a null model. Kept on purpose: STATUS_ERROR also if memory runs out; the first record can be stored
+ * then without the second.
+ */
+KORVANE_API korvane_status_t korvane_cad_add_point_periodicity(
+    korvane_cad_t *cad, int32_t companion1, int32_t point1, int32_t companion2, int32_t point2);
+
+/**
+ * Declares two edges periodic, as korvane_cad_add_point_periodicity does points. Kept on purpose: the
+ * orientation of one edge relative to the other, which is the client's to define, is stored unchanged under
+ * both edges.
+ */
+KORVANE_API korvane_status_t korvane_cad_add_edge_periodicity(korvane_cad_t *cad, int32_t companion1,
+    int32_t edge1, int32_t companion2, int32_t edge2, int32_t orientation);
+
+/**
+ * Declares two faces periodic. STATUS_OK, and nothing stored, if they are the same or either is 0. Statuses
+ * as for korvane_cad_add_point_periodicity.
+ */
+KORVANE_API korvane_status_t korvane_cad_add_face_periodicity(
+    korvane_cad_t *cad, int32_t face1, int32_t face2);
+
+/**
+ * Gives the number of records under an identifier; 0 for one that was never declared. STATUS_ERROR for a null
+ * argument.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_get_point_id_periodicity_count(
+    const korvane_cad_t *cad, int32_t point, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_get_edge_id_periodicity_count(
+    const korvane_cad_t *cad, int32_t edge, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_get_face_id_periodicity_count(
+    const korvane_cad_t *cad, int32_t face, int32_t *count);
+/** @} */
+
+/**
+ * Gives a record of a point by its index: the companion of `point`, that of the other point, and the other
+ * point. STATUS_ERROR for a null argument, and nothing written; STATUS_ERROR for an index outside 1..count,
+ * and `other_point` set to 0.
+ */
+KORVANE_API korvane_status_t korvane_cad_get_point_id_periodicity(const korvane_cad_t *cad, int32_t point,
+    int32_t index, int32_t *companion1, int32_t *companion2, int32_t *other_point);
+
+/** The same for an edge. For an index outside 1..count, `other_edge` and `orientation` are set to 0. */
+KORVANE_API korvane_status_t korvane_cad_get_edge_id_periodicity(const korvane_cad_t *cad, int32_t edge,
+    int32_t index, int32_t *companion1, int32_t *companion2, int32_t *other_edge, int32_t *orientation);
+
+/** The same for a face, whose records are the other face only. */
+KORVANE_API korvane_status_t korvane_cad_get_face_id_periodicity(
+    const korvane_cad_t *cad, int32_t face, int32_t index, int32_t *other_face);
+
+/* ----------------------------------------------------------------------------------------------------
  * Original identifiers
  *
  * Which faces and edges of the client's model a face or edge stands for, and where its parameters lie on the
