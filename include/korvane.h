@@ -1436,6 +1436,108 @@ KORVANE_API korvane_status_t korvane_cad_get_face_id_periodicity(
     const korvane_cad_t *cad, int32_t face, int32_t index, int32_t *other_face);
 
 /* ----------------------------------------------------------------------------------------------------
+ * Multiple periodicity
+ *
+ * A list of faces, or of edges, that is the periodic image of another list under a transformation of space:
+ * a function of the client, or an affine map that the library fits to pairs of corresponding points. The
+ * model keeps the declarations in the order in which they were made, one list for faces and one for edges,
+ * and releases them, with the maps that it fitted, when it goes. Identifiers are the client's and not looked
+ * at; a list may be empty, but not null.
+ * -------------------------------------------------------------------------------------------------- */
+
+/** Writes the image of `source` into `target`, 3 doubles each. */
+typedef korvane_status_t (*korvane_cad_transformation_t)(
+    const double source[3], double target[3], void *user_data);
+
+/**
+ * Declares that the `target_count` edges, or faces, of `target_ids` are the image of the `source_count` ones
+ * of `source_ids` under a function of the client; null declares no transformation. The user data stay the
+ * client's. STATUS_ERROR for a null model or list or a negative count, STATUS_NOMEM if memory runs out;
+ * nothing is declared then.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_add_edge_multiple_periodicity_with_transformation_function(
+    korvane_cad_t *cad, const int32_t *source_ids, int32_t source_count, const int32_t *target_ids,
+    int32_t target_count, korvane_cad_transformation_t transformation, void *user_data);
+KORVANE_API korvane_status_t korvane_cad_add_face_multiple_periodicity_with_transformation_function(
+    korvane_cad_t *cad, const int32_t *source_ids, int32_t source_count, const int32_t *target_ids,
+    int32_t target_count, korvane_cad_transformation_t transformation, void *user_data);
+/** @} */
+
+/**
+ * Declares the same with a transformation that is fitted to pairs of points: the i-th of `source_points` goes
+ * with the i-th of `target_points` (3 doubles per point: x, y, z). The transformation maps x to
+ * M (x - p1) + q1, with the source points p1, p2, ... and the target points q1, q2, ... M depends on the
+ * number of pairs:
+ *
+ *   1          M = 0. Kept on purpose: every point goes to q1.
+ *   2          M = 0 likewise, if the pairs are one translation, that is, if their offsets differ by at most
+ *              0.001 of the length of the second one. Otherwise STATUS_OK, but no transformation.
+ *   3          M = V U^-1. The columns of U are the unit vectors along p2 - p1 and p3 - p1 and the unit
+ *              normal of both; those of V the same of the target points. The cosine of the angle between
+ *              the two vectors, without its sign, must be at most 0.99 on both sides, and differ by at most
+ *              0.2.
+ *   4 or more  M = V U^-1. The columns of U are the unit vectors along p2 - p1, p3 - p1 and p4 - p1; those
+ *              of V the same of the target points. Points after the fourth do not count. |det| must be at
+ *              least 0.02 on both sides, and differ by at most 0.2: mirror images are accepted.
+ *
+ * From 3 pairs on, the lengths of corresponding vectors must not be 0 and may differ by at most 8 percent of
+ * the longer one; the transformation keeps lengths along the source vectors. V U^-1 is the linear map that
+ * carries one basis to the other. Coordinates that are not numbers pass all comparisons, and give a
+ * transformation to points of that kind, or none.
+ *
+ * STATUS_ERROR for a null argument or a negative count of identifiers, STATUS_NOMEM if the declaration cannot
+ * be stored: nothing is declared then. Kept on purpose: otherwise the declaration stays, but without a
+ * transformation (a null function), when that cannot be had: STATUS_ERROR if the counts of points differ or
+ * are below 1, or if the points do not satisfy the above; STATUS_NOMEM if memory runs out.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_add_edge_multiple_periodicity_with_transformation_function_by_points(
+    korvane_cad_t *cad, const int32_t *source_ids, int32_t source_count, const int32_t *target_ids,
+    int32_t target_count, const double *source_points, int32_t source_point_count,
+    const double *target_points, int32_t target_point_count);
+KORVANE_API korvane_status_t korvane_cad_add_face_multiple_periodicity_with_transformation_function_by_points(
+    korvane_cad_t *cad, const int32_t *source_ids, int32_t source_count, const int32_t *target_ids,
+    int32_t target_count, const double *source_points, int32_t source_point_count,
+    const double *target_points, int32_t target_point_count);
+/** @} */
+
+/**
+ * Gives the number of declarations. STATUS_ERROR for a null argument.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_get_edge_multiple_periodicity_count(
+    const korvane_cad_t *cad, int32_t *count);
+KORVANE_API korvane_status_t korvane_cad_get_face_multiple_periodicity_count(
+    const korvane_cad_t *cad, int32_t *count);
+/** @} */
+
+/**
+ * Gives a declaration by its index: copies of both lists, for each of which a buffer of
+ * korvane_cad_calloc_generic_buffer has room, their counts, the transformation and its user data. A null
+ * transformation is none. A fitted one and its user data are valid until the model goes. STATUS_ERROR for an
+ * index outside 1..count or a null argument; nothing is written then.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_cad_get_edge_multiple_periodicity(const korvane_cad_t *cad,
+    int32_t index, int32_t *source_ids, int32_t *source_count, int32_t *target_ids, int32_t *target_count,
+    korvane_cad_transformation_t *transformation, void **user_data);
+KORVANE_API korvane_status_t korvane_cad_get_face_multiple_periodicity(const korvane_cad_t *cad,
+    int32_t index, int32_t *source_ids, int32_t *source_count, int32_t *target_ids, int32_t *target_count,
+    korvane_cad_transformation_t *transformation, void **user_data);
+/** @} */
+
+/**
+ * Allocates a zeroed buffer from the library's heap, with room for the longest list of identifiers declared
+ * so far (4 bytes each) and at least 35 bytes. Null for a null model, or if memory runs out. Release it with
+ * korvane_cad_free_generic_buffer.
+ */
+KORVANE_API void *korvane_cad_calloc_generic_buffer(const korvane_cad_t *cad);
+
+/** Releases a generic buffer. Null is accepted. */
+KORVANE_API void korvane_cad_free_generic_buffer(void *buffer);
+
+/* ----------------------------------------------------------------------------------------------------
  * Original identifiers
  *
  * Which faces and edges of the client's model a face or edge stands for, and where its parameters lie on the

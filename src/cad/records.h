@@ -122,7 +122,7 @@ struct korvane_cad_s {
     korvane::face_periodicity_set_t *face_id_periodicity; // owned, as the two below
     korvane::edge_periodicity_set_t *edge_id_periodicity;
     korvane::point_periodicity_set_t *point_id_periodicity;
-    int32_t generic_buffer_size; // bytes
+    int64_t generic_buffer_size; // bytes: more than 32 bits can tell for a long list of identifiers
     int32_t face_multiple_periodicity_count;
     int32_t face_multiple_periodicity_capacity;
     korvane::Array<korvane::MultiplePeriodicity *> face_multiple_periodicities; // owned
