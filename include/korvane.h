@@ -74,6 +74,9 @@ typedef struct korvane_cad_s korvane_cad_t;   /**< a boundary representation eva
 typedef struct korvane_cad_face_s korvane_cad_face_t;   /**< a parametric surface of a CAD model */
 typedef struct korvane_cad_edge_s korvane_cad_edge_t;   /**< a curve in the parameter plane of a face */
 typedef struct korvane_cad_point_s korvane_cad_point_t; /**< a free vertex on a face */
+typedef struct korvane_dcad_s korvane_dcad_t;           /**< discretizations of the edges of a CAD model */
+typedef struct korvane_dcad_edge_discretization_s
+    korvane_dcad_edge_discretization_t; /**< the vertices along an edge */
 
 /* ----------------------------------------------------------------------------------------------------
  * Context
@@ -1602,6 +1605,93 @@ KORVANE_API korvane_status_t korvane_cad_face_get_original_geometry(korvane_cad_
  */
 KORVANE_API korvane_status_t korvane_cad_edge_get_original_geometry(korvane_cad_edge_t *edge, double t,
     korvane_cad_edge_t **original_edge, double *original_t, double *original_tmin, double *original_tmax);
+
+/* ----------------------------------------------------------------------------------------------------
+ * Discrete CAD
+ *
+ * A discrete CAD attaches to edges of a CAD model an ordered list of vertices, so that a client can hand
+ * prescribed edge meshes to a mesh generator alongside the model. It is not attached to a context and holds
+ * no reference to the model: delete it before the model and its context.
+ *
+ * The discretization of an edge is made on the first request, and lives, always the same object, until the
+ * discrete CAD is deleted. Set its vertex count first, then its vertices by index from 1 to the count.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Creates a discrete CAD of a model, sized for the edges that the model has now (a hint: it grows). Null for
+ * a null model, or if memory runs out.
+ */
+KORVANE_API korvane_dcad_t *korvane_dcad_new(korvane_cad_t *cad);
+
+/** Deletes a discrete CAD and all its discretizations. Null is accepted. */
+KORVANE_API void korvane_dcad_delete(korvane_dcad_t *dcad);
+
+/** Gives the model, without a reference. The arguments must not be null (not checked). */
+KORVANE_API korvane_status_t korvane_dcad_get_cad(const korvane_dcad_t *dcad, korvane_cad_t **cad);
+
+/**
+ * Gives the discretization of an edge, which is made, empty, on the first request. STATUS_ERROR, and null in
+ * the output, for a null discrete CAD and for an edge that is null or not on a face of the model;
+ * STATUS_NOMEM, and null, if memory runs out. The output must not be null (not checked).
+ *
+ * Kept on purpose: edges are told apart by the low 32 bits of their addresses, so two edges whose addresses
+ * differ by a multiple of 4 GiB share one discretization.
+ */
+KORVANE_API korvane_status_t korvane_dcad_get_edge_discretization(
+    korvane_dcad_t *dcad, korvane_cad_edge_t *edge, korvane_dcad_edge_discretization_t **discretization);
+
+/**
+ * Gives the discretization of an edge, or null if none was ever requested. The discrete CAD and the output
+ * must not be null (not checked); the edge is not looked at.
+ */
+KORVANE_API korvane_status_t korvane_dcad_query_edge_discretization(const korvane_dcad_t *dcad,
+    const korvane_cad_edge_t *edge, korvane_dcad_edge_discretization_t **discretization);
+
+/**
+ * Sets the number of vertices; values of vertices up to the smaller count are kept, new vertices are zeros.
+ * STATUS_ERROR for a negative count, STATUS_NOMEM if memory runs out; nothing has changed then.
+ */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_set_vertex_count(
+    korvane_dcad_edge_discretization_t *discretization, int32_t count);
+
+/** Gives the number of vertices. The output must not be null (not checked). */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_get_vertex_count(
+    const korvane_dcad_edge_discretization_t *discretization, int32_t *count);
+
+/**
+ * The coordinates of a vertex: its parameter t on the edge's curve, its position (u, v) on the edge's face
+ * (2 doubles) and (x, y, z) in space (3 doubles), which are not compared with one another. A null array is
+ * passed over, and so is a null output. The discretization must not be null and the index must lie
+ * in 1..count (not checked).
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_set_vertex_coordinates(
+    korvane_dcad_edge_discretization_t *discretization, int32_t index, double t, const double uv[2],
+    const double xyz[3]);
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_get_vertex_coordinates(
+    const korvane_dcad_edge_discretization_t *discretization, int32_t index, double *t, double uv[2],
+    double xyz[3]);
+/** @} */
+
+/**
+ * The tag of a vertex; a null output is passed over. The discretization must not be null and the index must
+ * lie in 1..count (not checked).
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_set_vertex_tag(
+    korvane_dcad_edge_discretization_t *discretization, int32_t index, int32_t tag);
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_get_vertex_tag(
+    const korvane_dcad_edge_discretization_t *discretization, int32_t index, int32_t *tag);
+/** @} */
+
+/** Sets property bits, whose meaning is the client's, beside those set before. No bit can be cleared again.
+ */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_set_property(
+    korvane_dcad_edge_discretization_t *discretization, uint32_t bits);
+
+/** Tells whether any of the bits is set: 0 or 1. STATUS_ERROR for a null output. */
+KORVANE_API korvane_status_t korvane_dcad_edge_discretization_query_property(
+    const korvane_dcad_edge_discretization_t *discretization, uint32_t bits, int32_t *flag);
 
 #ifdef __cplusplus
 }
