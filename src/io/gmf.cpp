@@ -206,6 +206,11 @@ int32_t gmf_close_file(int32_t index)
     return complete && closed ? 1 : 0;
 }
 
+const gmf_file_t *gmf_find_file(int32_t index)
+{
+    return find_file(index);
+}
+
 int32_t gmf_keyword_count(
     int32_t index, int32_t code, int32_t *type_count, int32_t *values_per_line, int32_t *types)
 {

@@ -31,6 +31,9 @@ int32_t gmf_finish_file(int32_t index);
 /// Finishes a file in write mode, if that was not done, and closes it. 1 if the stream closed cleanly.
 int32_t gmf_close_file(int32_t index);
 
+/// What is known of an open file, or null.
+[[nodiscard]] const gmf_file_t *gmf_find_file(int32_t index);
+
 /// The line count of a keyword, 0 if it is absent. Of a solution keyword also the type header, as far as the
 /// outputs are not null; `types` holds GMF_MAX_TYPES values.
 [[nodiscard]] int32_t gmf_keyword_count(int32_t index, int32_t code, int32_t *type_count = nullptr,

@@ -93,6 +93,22 @@ TEST_F(Gmf, TheEndOfTheNameTellsKindAndEncoding)
     EXPECT_EQ(gmf_open_file(nullptr, gmf_read_mode, &ignored, &ignored), 0);
 }
 
+TEST_F(Gmf, AnOpenFileTellsItsEncodingAndByteOrder)
+{
+    const int32_t text = open(folder.write("a.mesh", small_mesh));
+    ASSERT_NE(gmf_find_file(text), nullptr);
+    EXPECT_FALSE(gmf_find_file(text)->is_binary());
+    const std::string foreign("\0\0\0\1\0\0\0\1\0\0\0\3\0\0\0\0\0\0\0\3", 20);
+    const int32_t binary = open(folder.write("a.meshb", foreign));
+    ASSERT_NE(gmf_find_file(binary), nullptr);
+    EXPECT_TRUE(gmf_find_file(binary)->is_binary());
+    EXPECT_TRUE(gmf_find_file(binary)->has_opposite_byte_order());
+    gmf_close_file(text);
+    gmf_close_file(binary);
+    for (const int32_t index : {text, 0, -1, 101})
+        EXPECT_EQ(gmf_find_file(index), nullptr);
+}
+
 TEST_F(Gmf, NamesHaveLessThan1017Characters)
 {
     const std::string start = folder.name("");
