@@ -832,9 +832,10 @@ KORVANE_API korvane_status_t korvane_mesh_compute_topological_statistics(const k
  *   korvane_cad_new                                    starts at 1
  *   a face or edge is made in an owner                 1 more
  *   a face or edge is made or copied without an owner  starts at 1 (Kept on purpose: the copy of an edge
- *                                                      starts at the edge's own counter: 1 for one that was
- *                                                      made in a face, 0 for one that was attached, which
- *                                                      goes with its one handle all the same)
+ *                                                      starts at the edge's own counter instead: that of a
+ *                                                      free-standing edge as it is, 1 for one made on a face,
+ *                                                      0 for one that was attached, which goes with its one
+ *                                                      handle all the same)
  *   a free-standing object is attached                 1 more, and the object's own counter is forgotten: of
  *                                                      all references to it and its edges, one remains to be
  *                                                      given back
@@ -848,9 +849,10 @@ KORVANE_API korvane_status_t korvane_mesh_compute_topological_statistics(const k
  *                                                      user data
  *
  * A model that holds references to itself, through a face derived from one of its own, or that the client
- * forgets, goes with its context, whatever its counter. Handles of a model and of its faces, edges and points
- * must not be used after its context. The exception is what was derived from them elsewhere: it may still be
- * deleted, and evaluating it gives STATUS_ERROR.
+ * forgets, goes with its context, whatever its counter. Free-standing objects are in no context: one that
+ * holds references to itself goes only if it is attached to a model. Handles of a model and of its faces,
+ * edges and points must not be used after its context. The exception is what was derived from them elsewhere:
+ * it may still be deleted, and evaluating it gives STATUS_ERROR.
  *
  * When a unit goes, first all delete functions run, once each, in the order of the faces: those of a face's
  * edges, then its own. Meanwhile every face and edge of the unit still exists, references that are given back
@@ -1309,8 +1311,8 @@ KORVANE_API korvane_cad_face_t *korvane_cad_face_new_pafftrans(korvane_cad_t *ca
  * offsets[1]) where that of `source` is (u, v), on the same interval. Interval, tag, orientation, properties,
  * whether derivatives are approximate, and original identifiers are those of the source; nothing else is
  * taken over. Kept on purpose: the edge takes no reference to its source, but every copy of it takes one that
- * is never given back. Null if the source, the factors or the offsets (2 doubles each) are null, or if memory
- * runs out.
+ * is never given back, so that the source goes with its context, or, free-standing, never. Null if the
+ * source, the factors or the offsets (2 doubles each) are null, or if memory runs out.
  */
 KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t *face,
     korvane_cad_edge_t *source, uint32_t id, const double factors[2], const double offsets[2]);
