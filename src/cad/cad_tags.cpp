@@ -1,5 +1,8 @@
 // The tag system of a model, and the answers of a model that has none: there every tag stands for itself.
+//
+// The model owns the tag system that was set last.
 #include "cad/accessors.h"
+#include "tags/tag_system.h"
 
 extern "C" {
 
@@ -18,11 +21,7 @@ korvane_status_t korvane_cad_get_composite_tag_list(const korvane_cad_t *cad, in
 {
     if (cad == nullptr || count == nullptr || list == nullptr)
         return STATUS_ERROR;
-    if (cad->tag_system != nullptr)
-        return korvane_tag_system_get_composite_tag_list(cad->tag_system, count, list);
-    *count = 0;
-    *list = 0;
-    return STATUS_OK;
+    return korvane::list_composite_tags(cad->tag_system, count, list);
 }
 
 korvane_status_t korvane_cad_get_composite_tag_definition(
@@ -30,11 +29,7 @@ korvane_status_t korvane_cad_get_composite_tag_definition(
 {
     if (cad == nullptr || count == nullptr || base_tags == nullptr)
         return STATUS_ERROR;
-    if (cad->tag_system != nullptr)
-        return korvane_tag_system_get_composite_tag_defintion(cad->tag_system, tag, count, base_tags);
-    *count = 1;
-    *base_tags = tag;
-    return STATUS_OK;
+    return korvane::list_definition(cad->tag_system, tag, count, base_tags);
 }
 
 } // extern "C"

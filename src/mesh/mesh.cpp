@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "tags/tag_system.h"
+
 namespace korvane {
 
 namespace {
@@ -80,11 +82,7 @@ korvane_status_t korvane_mesh_get_composite_tag_list(
 {
     if (mesh == nullptr || count == nullptr || list == nullptr)
         return STATUS_ERROR;
-    if (mesh->tag_system != nullptr)
-        return korvane_tag_system_get_composite_tag_list(mesh->tag_system, count, list);
-    *count = 0;
-    *list = 0;
-    return STATUS_OK;
+    return list_composite_tags(mesh->tag_system, count, list);
 }
 
 korvane_status_t korvane_mesh_get_composite_tag_definition(
@@ -92,11 +90,7 @@ korvane_status_t korvane_mesh_get_composite_tag_definition(
 {
     if (mesh == nullptr || count == nullptr || base_tags == nullptr)
         return STATUS_ERROR;
-    if (mesh->tag_system != nullptr)
-        return korvane_tag_system_get_composite_tag_defintion(mesh->tag_system, tag, count, base_tags);
-    *count = 1;
-    *base_tags = tag;
-    return STATUS_OK;
+    return list_definition(mesh->tag_system, tag, count, base_tags);
 }
 
 void *korvane_mesh_calloc_generic_buffer(const korvane_mesh_t *mesh)

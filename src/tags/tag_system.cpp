@@ -124,6 +124,25 @@ bool find_defined(const korvane_tag_system_t &tag_system, const BaseTagUnion &un
 
 } // namespace
 
+korvane_status_t list_composite_tags(const korvane_tag_system_t *tag_system, int32_t *count, int32_t *list)
+{
+    if (tag_system != nullptr)
+        return korvane_tag_system_get_composite_tag_list(tag_system, count, list);
+    *count = 0;
+    *list = 0;
+    return STATUS_OK;
+}
+
+korvane_status_t list_definition(
+    const korvane_tag_system_t *tag_system, int32_t tag, int32_t *count, int32_t *base_tags)
+{
+    if (tag_system != nullptr)
+        return korvane_tag_system_get_composite_tag_defintion(tag_system, tag, count, base_tags);
+    *count = 1;
+    *base_tags = tag;
+    return STATUS_OK;
+}
+
 } // namespace korvane
 
 using namespace korvane;
