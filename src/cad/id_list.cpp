@@ -1,5 +1,7 @@
-// Original identifiers in the order in which they were added. The list doubles from one place on, so that
-// adding is amortised constant time.
+// Original identifiers in the order in which they were added.
+//
+// Invariants: `ids` holds `capacity` places, those from `count` on zero unless the list was emptied. Cost:
+// the list doubles from one place on, so that adding is amortised constant time.
 #include "cad/id_list.h"
 
 #include "cad/doubling.h"

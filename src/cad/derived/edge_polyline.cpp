@@ -126,6 +126,7 @@ korvane_status_t find_origin(
     const Interval segment = find_segment(polyline, t);
     if (edge != nullptr)
         *edge = polyline.run_edges[find_run(polyline, segment.lo)];
+    // Kept on purpose: no interval without the parameter, because it belongs to the parameter.
     if (t_out == nullptr)
         return STATUS_OK;
     const double a = fraction(polyline, segment, t);

@@ -1,4 +1,6 @@
 // Straight edges in the parameter plane, over [0, 1] and linearly on beyond.
+//
+// The record owns nothing, and the edge has no source. Cost: constant.
 #include <utility>
 
 #include "cad/accessors.h"
