@@ -6,14 +6,16 @@
 namespace {
 
 std::int64_t total = 0;
+std::int64_t total_bytes = 0;
 bool armed = false;
 std::int64_t until_failure = 0;
 bool persistent = false;
 bool met = false;
 
-bool fails_now()
+bool fails_now(std::size_t size)
 {
     ++total;
+    total_bytes += static_cast<std::int64_t>(size);
     if (!armed)
         return false;
     --until_failure;
@@ -35,17 +37,17 @@ void *__wrap_realloc(void *block, std::size_t size);
 
 void *__wrap_malloc(std::size_t size)
 {
-    return fails_now() ? nullptr : __real_malloc(size);
+    return fails_now(size) ? nullptr : __real_malloc(size);
 }
 
 void *__wrap_calloc(std::size_t count, std::size_t size)
 {
-    return fails_now() ? nullptr : __real_calloc(count, size);
+    return fails_now(count * size) ? nullptr : __real_calloc(count, size);
 }
 
 void *__wrap_realloc(void *block, std::size_t size)
 {
-    return fails_now() ? nullptr : __real_realloc(block, size);
+    return fails_now(size) ? nullptr : __real_realloc(block, size);
 }
 
 } // extern "C"
@@ -78,6 +80,11 @@ bool AllocationFault::disarm()
 std::int64_t allocation_count()
 {
     return total;
+}
+
+std::int64_t allocated_bytes()
+{
+    return total_bytes;
 }
 
 void oom_sweep(const std::function<void(AllocationFault &)> &body)

@@ -32,6 +32,9 @@ class AllocationFault {
 /// The number of allocations that the library asked for since the start of the process.
 std::int64_t allocation_count();
 
+/// The bytes that those allocations asked for; what was released is not taken off.
+std::int64_t allocated_bytes();
+
 /**
  * Runs `body` with faults of ordinal 1, 2, ... until no allocation failed, once transient and once
  * persistent. `body` makes ready what it needs, arms the fault around the call under test, disarms it, and
