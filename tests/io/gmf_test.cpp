@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -402,6 +403,47 @@ TEST_F(Gmf, ManyLinesAtOnceAreAsLineByLine)
         }
         gmf_close_file(index);
     }
+}
+
+/// Reads the only solution of a sample and expects it to be `value(line, i)`.
+void expect_solution(const std::string &sample, int32_t code, const std::vector<int32_t> &types,
+    int32_t count, const std::function<double(int32_t, int32_t)> &value)
+{
+    const int32_t index = open(KORVANE_TEST_DATA "/" + sample);
+    ASSERT_NE(index, 0) << sample;
+    std::array<int32_t, GMF_MAX_TYPES> read_types{};
+    int32_t type_count = 0;
+    int32_t values = 0;
+    EXPECT_EQ(gmf_keyword_count(index, code, &type_count, &values, read_types.data()), count) << sample;
+    EXPECT_EQ(std::vector<int32_t>(read_types.begin(), read_types.begin() + type_count), types) << sample;
+    std::vector<double> reals(static_cast<std::size_t>(values));
+    gmf_seek_keyword(index, code);
+    for (int32_t line = 0; line < count; ++line) {
+        EXPECT_EQ(gmf_read_line(index, code, nullptr, reals.data()), 1);
+        for (int32_t i = 0; i < values; ++i)
+            EXPECT_EQ(reals[static_cast<std::size_t>(i)], value(line, i)) << sample;
+    }
+    gmf_close_file(index);
+}
+
+TEST_F(Gmf, SolutionSamplesAreReadAsTheirMakerMeantThem)
+{
+    const std::array<double, 3> sizes = {0.5, 1. / 3, -2};
+    const auto in_double = [&](int32_t line, int32_t) { return sizes[static_cast<std::size_t>(line)]; };
+    const auto in_single = [&](int32_t line, int32_t) {
+        return static_cast<float>(sizes[static_cast<std::size_t>(line)]);
+    };
+    for (const char *file : {"scalar-v2.sol", "scalar-v3.sol", "scalar-v2-big.solb"})
+        expect_solution(file, gmf_sol_at_vertices, {1}, 3, in_double);
+    for (const char *file : {"scalar-v1.sol", "scalar-v1-little.solb"})
+        expect_solution(file, gmf_sol_at_vertices, {1}, 3, in_single);
+    const auto mixed = [](int32_t line, int32_t i) { return line / 7. + i; };
+    expect_solution("mixed-v2.sol", gmf_sol_at_vertices, {1, 2, 3, 4}, 2, mixed);
+    expect_solution("mixed-v1-big.solb", gmf_sol_at_vertices, {1, 2, 3, 4}, 2,
+        [&](int32_t line, int32_t i) { return static_cast<float>(mixed(line, i)); });
+    const auto from_1 = [](int32_t, int32_t i) { return i + 1; };
+    expect_solution("mixed-v2.sol", 64, {2}, 1, from_1);
+    expect_solution("plane-v2-little.solb", gmf_sol_at_vertices, {3, 1}, 1, from_1);
 }
 
 } // namespace
