@@ -27,7 +27,8 @@
  * caller is marked "(not checked)" in its description: passing anything else there is undefined.
  *
  * Callbacks run on the calling thread, during the call that needs them. They must return normally: an
- * exception or a jump out of a callback is undefined.
+ * exception or a jump out of a callback is undefined. They may change the mesh that is being read, and
+ * replace its callbacks, but must not delete an object that the running call works on.
  *
  * Threads. The library creates none and takes no lock. An object is used by one thread at a time. The table
  * of open files is shared by the process: functions that read or write files must not run concurrently.
@@ -263,7 +264,8 @@ KORVANE_API korvane_status_t korvane_tag_system_add_base_tag(korvane_tag_system_
  * one takes the smallest number above the last one handed out that no tag uses. An empty list gives 0; a list
  * of unknown tags gives a fresh number that is not recorded. The tag system, `tags` (unless `count` is 0) and
  * the output must not be null (not checked). STATUS_NOMEM if memory runs out, STATUS_ERROR if all positive
- * numbers are taken; the output is 0 then.
+ * numbers are taken; the output is 0 then. After STATUS_NOMEM a part of the new tag's definition can stay
+ * recorded.
  */
 KORVANE_API korvane_status_t korvane_tag_system_get_composite_tag(
     korvane_tag_system_t *tag_system, const int32_t *tags, int32_t count, int32_t *composite_tag);
@@ -285,8 +287,9 @@ KORVANE_API korvane_status_t korvane_tag_system_get_composite_tag_list(
     const korvane_tag_system_t *tag_system, int32_t *count, int32_t *tags);
 
 /**
- * Gives the number of bytes that suffice for the arrays of the two listing functions above: at least 8. The
- * tag system must not be null (not checked).
+ * Gives the number of bytes that suffice for the arrays of the two listing functions above: at least 8. It
+ * grows with the tags that are declared or handed out, so ask anew before listing. The tag system must not be
+ * null (not checked).
  */
 KORVANE_API int32_t korvane_tag_system_get_buffer_size(const korvane_tag_system_t *tag_system);
 
@@ -309,13 +312,16 @@ KORVANE_API int32_t korvane_tag_system_get_buffer_size(const korvane_tag_system_
  * pointers are the callback's business. Getter and setter of an attribute share one user data pointer: the
  * last registration of either sets it for both. A registered callback must not be null (not checked).
  *
- * A getter that was never registered gives STATUS_OK and one 0 (or 0.0); a setter that was never registered
- * gives STATUS_ERROR: a new mesh reads as empty and refuses writes.
+ * A getter that was never registered gives STATUS_OK and writes one 0 (or 0.0): only the first value,
+ * whatever the attribute has; a null output gives STATUS_ERROR. That of extra vertices sets the count to 0
+ * first, which must not be null (not checked). A setter that was never registered gives STATUS_ERROR. So a
+ * new mesh reads as empty and refuses writes.
  *
  * `count` is the number of entities of a kind; all other attributes are asked for per entity by its index,
  * from 1 to the count. `vertices` are the indices of an element's vertices; `tag` is its reference number;
  * `periodic_id` identifies its periodic counterpart; `required_status` is non-zero for an entity that must be
- * kept; `extra_vertices` is a list of further vertex indices of an element, of any length.
+ * kept; `extra_vertices` is a list of further vertex indices of an element, for which the caller provides
+ * room.
  * -------------------------------------------------------------------------------------------------- */
 
 /**
@@ -391,7 +397,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_vertex_required_status(
 
 /** @name Edges
  *  `vertices` hold 2 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
- *  `extra_vertices` hold as many as their count says.
+ *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_edge_count(const korvane_mesh_t *mesh, int32_t *count);
 KORVANE_API korvane_status_t korvane_mesh_set_edge_count(korvane_mesh_t *mesh, int32_t count);
@@ -443,7 +449,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_edge_extra_vertices(
 
 /** @name Triangles
  *  `vertices` hold 3 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
- *  `extra_vertices` hold as many as their count says.
+ *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_triangle_count(const korvane_mesh_t *mesh, int32_t *count);
 KORVANE_API korvane_status_t korvane_mesh_set_triangle_count(korvane_mesh_t *mesh, int32_t count);
@@ -495,7 +501,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_triangle_extra_vertices(
 
 /** @name Quadrangles
  *  `vertices` hold 4 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
- *  `extra_vertices` hold as many as their count says.
+ *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_quadrangle_count(const korvane_mesh_t *mesh, int32_t *count);
 KORVANE_API korvane_status_t korvane_mesh_set_quadrangle_count(korvane_mesh_t *mesh, int32_t count);
@@ -546,8 +552,8 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_quadrangle_extra_vertices(
 /** @} */
 
 /** @name Tetrahedra
- *  `vertices` hold 4 vertex indices; `tag` and `required_status` hold 1 integer each; `extra_vertices` hold
- *  as many as their count says.
+ *  `vertices` hold 4 vertex indices; `tag` and `required_status` hold 1 integer each; `extra_vertices` hold a
+ *  list of vertex indices.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_tetrahedron_count(const korvane_mesh_t *mesh, int32_t *count);
 KORVANE_API korvane_status_t korvane_mesh_set_tetrahedron_count(korvane_mesh_t *mesh, int32_t count);
@@ -671,16 +677,16 @@ KORVANE_API korvane_status_t korvane_mesh_get_tag_system(
 
 /**
  * Lists the composite tags of the mesh's tag system, as korvane_tag_system_get_composite_tag_list. Without
- * one: a count of 0 and a first value of 0. A buffer of korvane_mesh_calloc_generic_buffer is large enough.
- * STATUS_ERROR for a null argument.
+ * one: a count of 0 and a first value of 0. A buffer of korvane_mesh_calloc_generic_buffer is large enough
+ * if it was made after the last tag was declared or handed out. STATUS_ERROR for a null argument.
  */
 KORVANE_API korvane_status_t korvane_mesh_get_composite_tag_list(
     const korvane_mesh_t *mesh, int32_t *count, int32_t *list);
 
 /**
  * Lists the base tags of a tag, as korvane_tag_system_get_composite_tag_defintion. Without a tag system every
- * tag is its own definition. A buffer of korvane_mesh_calloc_generic_buffer is large enough. STATUS_ERROR for
- * a null argument.
+ * tag is its own definition. A buffer of korvane_mesh_calloc_generic_buffer is large enough if it was made
+ * after the last tag was declared or handed out. STATUS_ERROR for a null argument.
  */
 KORVANE_API korvane_status_t korvane_mesh_get_composite_tag_definition(
     const korvane_mesh_t *mesh, int32_t tag, int32_t *count, int32_t *base_tags);
@@ -706,9 +712,11 @@ KORVANE_API void korvane_mesh_free_generic_buffer(void *buffer);
  * Reading at an index within the count gives what was written, or zeros where nothing was; an index
  * outside 1..count gives STATUS_ERROR, on reading and on writing. STATUS_NOMEM if an array cannot be grown:
  * it then stays as it was. A count setter takes any value; attributes cannot be written while it is negative.
+ * Outputs and values must not be null (not checked).
  *
  * Kept on purpose: of the extra vertices of an element, only the count modulo 1000 are stored and given back,
- * while the count itself is kept and given back whole: a count of 1003 holds three vertices.
+ * while the count itself is kept and given back whole: a count of 1003 holds three vertices, and no list
+ * needs more room than 999.
  *
  * The client may replace any callback of such a mesh by its own. An attribute of which one callback was
  * replaced is no longer served by the arrays: its other callback gives STATUS_ERROR until it is replaced too.
@@ -732,14 +740,14 @@ KORVANE_API korvane_mesh_t *korvane_mesh_new_in_memory(korvane_context_t *contex
  * Writes any mesh to a file, in double precision. A count that cannot be read counts as 0, a tag or required
  * flag that cannot be read as 0. STATUS_ERROR, and a message, if the file cannot be opened or written
  * completely, if the mesh does not fit the format (positions in a binary file are 32 bits), or if vertices
- * cannot be read. `file_name` must not be null (not checked).
+ * cannot be read. A null `file_name` is a file that cannot be opened.
  */
 KORVANE_API korvane_status_t korvane_mesh_write_mesh(const korvane_mesh_t *mesh, const char *file_name);
 
 /**
  * Reads a file of three dimensions into a new in-memory mesh, or returns null after a message. What a
- * truncated file lacks reads as zeros. Vertex indices are not compared with the number of vertices. The
- * context and `file_name` must not be null (not checked).
+ * truncated file lacks reads as zeros. Vertex indices are not compared with the number of vertices. A null
+ * `file_name` is a file that cannot be opened. The context must not be null (not checked).
  */
 KORVANE_API korvane_mesh_t *korvane_mesh_new_read_mesh(korvane_context_t *context, const char *file_name);
 
@@ -747,7 +755,8 @@ KORVANE_API korvane_mesh_t *korvane_mesh_new_read_mesh(korvane_context_t *contex
  * Quality
  *
  * Measures of single elements of any mesh. Degenerate elements are not errors: they measure infinite. Failing
- * mesh callbacks are not errors either: the measure works with what they left.
+ * mesh callbacks are not errors either: what they leave out counts as 0. `index` goes from 1 to the number of
+ * elements (not checked); it is handed to the callbacks as int32_t.
  * -------------------------------------------------------------------------------------------------- */
 
 /**
@@ -775,7 +784,23 @@ KORVANE_API korvane_status_t korvane_mesh_get_tetrahedron_aspect_ratio(
  *
  * Reports on a whole mesh, sent as messages with number 0 to its context. The readable form sends one message
  * per heading, count and measure; the keyed form sends one message "VALID.<name>.<key> = <value>\n" per
- * value.
+ * value, in this order:
+ *
+ *   triangle.ratio, quadrangle.ratio      their shares, if there are both kinds
+ *   vertex.count, edge.count, triangle.count, quadrangle.count, tetrahedra.count, hexahedra.count,
+ *   pyramid.count                         those that are not 0
+ *   triangle.aspect_ratio.*, triangle.angles.*, quadrangle.aspect_ratio.*, quadrangle.angles.*,
+ *   quadrangle.planarity.*, tetrahedron.aspect_ratio.*, hexahedron.aspect_ratio.*, surface_edges.length.*,
+ *   volume_edges.length.*                 those that there are values of; for each:
+ *       min, max, avg, var                as "%e" prints them
+ *       count, count                      the sample size, twice
+ *       min_achieved, max_achieved        numbers of elements, or of edges in the order of their discovery
+ *   free_edge.count, free_edge_component.count, non_manifold_edge.count, non_manifold_edge_component.count,
+ *   surface_component_by_edge.count       always
+ *
+ * Pyramids are counted and not measured. A value that is not a number is printed as "nan" or "-nan". A name
+ * of more than about 200 characters makes lines that are cut. Kept on purpose: the two shares are sent in the
+ * readable form, too, as "VALID.(null).triangle.ratio" and "VALID.(null).quadrangle.ratio".
  *
  * The sample size counts values: a triangle has three angles. Angles are in degrees, with 3.141593 for pi. An
  * extreme belongs to the first element that reaches it, or to element 0 if no value is below infinity. An

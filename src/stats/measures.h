@@ -1,7 +1,7 @@
 // The quality measures as pure functions of an element's corners, in the order in which the element lists
 // them. Infinite means HUGE_VAL; angles are in degrees. Degenerate elements are no errors.
 //
-// The expressions are contract to the order of their operations, and so is what becomes of not-a-number: a
+// The expressions are fixed to the order of their operations, and so is what becomes of not-a-number: a
 // maximum or minimum is one of the two named pairs below.
 #pragma once
 

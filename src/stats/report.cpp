@@ -1,7 +1,7 @@
 // The statistics report: entity counts, then every measure over every element, then the lengths of the
 // distinct edges.
 //
-// A walk over tables; the texts are contract. Each element is fetched anew for each measure, in order, and
+// A walk over tables; the texts are fixed. Each element is fetched anew for each measure, in order, and
 // its values go straight into the running sums. Memory: only the edge sets, 16 bytes per distinct edge.
 // Whatever memory does not suffice for is left out of the report.
 #include <algorithm>
@@ -68,7 +68,8 @@ void append_achieved(TextBuffer<line_capacity> &text, const char *format, const 
     int32_t element, const Set &...set)
 {
     std::array<int32_t, vertices_per_element> vertices{};
-    element_vertices(mesh, element, vertices.data(), set...);
+    if (element != 0) // else no value was below infinity, and clients know no element 0
+        element_vertices(mesh, element, vertices.data(), set...);
     append_format(text, format, element);
     for (const int32_t vertex : vertices)
         append_format(text, " %i", vertex);

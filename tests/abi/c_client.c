@@ -65,6 +65,7 @@ int main(void)
     korvane_mesh_t *mesh = make_mesh(context);
     int found = 0;
     int i;
+    CHECK(STATUS_OK == 0 && STATUS_ERROR == -1 && STATUS_NOMEM == -5);
     CHECK(korvane_context_set_message_callback(context, look_for_measure, &found) == STATUS_OK);
     CHECK(korvane_mesh_compute_statistics_valid(mesh, "client") == STATUS_OK);
     CHECK(found == 1);

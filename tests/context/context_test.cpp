@@ -109,9 +109,15 @@ TEST(Context, InterruptCallbackIsKeptAndNullBringsBackTheDefault)
         return korvane_status_t{STATUS_OK};
     };
     int data = 0;
-    ASSERT_EQ(korvane_context_set_interrupt_callback(context, always, &data), STATUS_OK);
+    int32_t interrupt = 5;
     korvane_interrupt_callback_t callback = nullptr;
-    void *user_data = nullptr;
+    void *user_data = &data;
+    ASSERT_EQ(korvane_context_get_interrupt_callback(context, &callback, &user_data), STATUS_OK);
+    EXPECT_EQ(user_data, nullptr);
+    EXPECT_EQ(callback(&interrupt, user_data), STATUS_OK);
+    EXPECT_EQ(interrupt, 0);
+
+    ASSERT_EQ(korvane_context_set_interrupt_callback(context, always, &data), STATUS_OK);
     ASSERT_EQ(korvane_context_get_interrupt_callback(context, &callback, &user_data), STATUS_OK);
     EXPECT_EQ(callback, static_cast<korvane_interrupt_callback_t>(always));
     EXPECT_EQ(user_data, &data);
@@ -119,7 +125,7 @@ TEST(Context, InterruptCallbackIsKeptAndNullBringsBackTheDefault)
     ASSERT_EQ(korvane_context_set_interrupt_callback(context, nullptr, &data), STATUS_OK);
     ASSERT_EQ(korvane_context_get_interrupt_callback(context, &callback, &user_data), STATUS_OK);
     EXPECT_EQ(user_data, nullptr);
-    int32_t interrupt = 5;
+    interrupt = 5;
     EXPECT_EQ(callback(&interrupt, nullptr), STATUS_OK);
     EXPECT_EQ(interrupt, 0);
     korvane_context_delete(context);

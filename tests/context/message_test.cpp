@@ -127,6 +127,20 @@ TEST_F(Message, ReplacesPayloads)
     EXPECT_EQ(value, 9);
 }
 
+TEST_F(Message, HoldsBothPayloadsSideBySide)
+{
+    const std::array<int32_t, 2> integers{1, 2};
+    const std::array<double, 3> reals{0.5, 1.5, 2.5};
+    ASSERT_EQ(korvane_message_set_integer_data(message, integers.data(), 2), STATUS_OK);
+    ASSERT_EQ(korvane_message_set_real_data(message, reals.data(), 3), STATUS_OK);
+    ASSERT_EQ(korvane_message_set_real_data(message, reals.data(), 1), STATUS_OK);
+    EXPECT_EQ(integer_count(), 2);
+    EXPECT_EQ(real_count(), 1);
+    std::array<int32_t, 2> read{};
+    EXPECT_EQ(korvane_message_get_integer_data(message, 1, 2, read.data()), STATUS_OK);
+    EXPECT_EQ(read, integers);
+}
+
 TEST_F(Message, RefusesNull)
 {
     int32_t count = 0;

@@ -1,4 +1,4 @@
-// Meshes and the reports on them, written by another implementation of the formulas and texts.
+// Meshes and the reports on them, computed by a separate script.
 #pragma once
 
 #include <cmath>

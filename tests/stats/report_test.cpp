@@ -201,6 +201,41 @@ TEST(Report, AMinimumThatIsNeverReachedHasNoElement)
     EXPECT_EQ(value_of(keyed(data), "triangle.aspect_ratio.min_achieved"), "0");
 }
 
+TEST(Report, AsksClientsForNoElementWhereNoneReachedAnExtreme)
+{
+    MeshData data = one_triangle();
+    data.points[2] = {2, 0, 0};
+    RecordingContext context;
+    MeshServer server(data);
+    server.notes_calls = true;
+    const ServedMesh mesh(context, server);
+    EXPECT_EQ(readable(context, mesh), readable(data));
+    EXPECT_EQ(std::count(server.calls.begin(), server.calls.end(), "triangle"), 0) << "element 0";
+    EXPECT_NE(std::count(server.calls.begin(), server.calls.end(), "triangle 1"), 0);
+}
+
+TEST(Report, SurvivesCallbacksThatShrinkAndGrowTheMesh)
+{
+    RecordingContext context;
+    for (int64_t changing_call = 1; changing_call <= 200; ++changing_call) {
+        MeshServer server(all_kinds());
+        const StoredMesh mesh(context, server.data);
+        server.serve(mesh, [](int slot) { return slot % 3 == 0; });
+        server.on_call = [&] {
+            if (server.call_count != changing_call)
+                return;
+            const double point[] = {1, 2, 3};
+            korvane_mesh_set_vertex_count(mesh, changing_call % 2 == 0 ? 0 : 1000);
+            korvane_mesh_set_vertex_coordinates(mesh, 1, point);
+            korvane_mesh_set_tetrahedron_count(mesh, 0);
+            korvane_mesh_set_triangle_count(mesh, 100);
+        };
+        context.messages.clear();
+        EXPECT_EQ(korvane_mesh_compute_statistics_valid(mesh, "x"), STATUS_OK);
+        EXPECT_GT(context.messages.size(), 5u);
+    }
+}
+
 TEST(Report, OfServedAndMixedMeshesEqualsThatOfStoredOnes)
 {
     RecordingContext context;

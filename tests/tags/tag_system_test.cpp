@@ -463,5 +463,20 @@ TEST(TagSystem, CompositeTagsSurviveFailingAllocations)
     });
 }
 
+TEST(TagSystem, ABaseTagStandsForItselfAfterFailingAllocations)
+{
+    oom_sweep([](AllocationFault &fault) {
+        const TagSystem tag_system = tag_system_of({1, 3, 5});
+        const Tags list{1, 3, 5};
+        int32_t tag = 0;
+        fault.arm();
+        const korvane_status_t status =
+            korvane_tag_system_get_composite_tag(tag_system.get(), list.data(), 3, &tag);
+        EXPECT_EQ(status, fault.disarm() ? STATUS_NOMEM : STATUS_OK);
+        for (const int32_t base : list)
+            EXPECT_EQ(composite(tag_system, {base}), base);
+    });
+}
+
 } // namespace
 } // namespace korvane::testing
