@@ -1,0 +1,267 @@
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int exit_status;
+    std::string output;
+    std::string errors;
+};
+
+std::string contents(const fs::path &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Runs the command in a fresh folder of its own.
+class Command : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        std::string name = (fs::temp_directory_path() / "korvane-command-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    Outcome run(const std::string &arguments, const std::string &redirection = "") const
+    {
+        const fs::path output = folder / "standard-output", errors = folder / "standard-error";
+        const std::string line = "cd '" + folder.string() + "' && '" KORVANE_COMMAND "' " + arguments + " >" +
+                                 (redirection.empty() ? output.string() : redirection) + " 2>" +
+                                 errors.string();
+        const int status = std::system(line.c_str());
+        return {WEXITSTATUS(status), contents(output), contents(errors)};
+    }
+
+    void write(const std::string &name, const std::string &text) const
+    {
+        std::ofstream(folder / name, std::ios::binary) << text;
+    }
+
+    std::vector<std::string> files_besides(const std::vector<std::string> &known) const
+    {
+        std::vector<std::string> found;
+        for (const auto &entry : fs::directory_iterator(folder)) {
+            const std::string name = entry.path().filename().string();
+            if (std::find(known.begin(), known.end(), name) == known.end() && !name.starts_with("standard-"))
+                found.push_back(name);
+        }
+        return found;
+    }
+
+    fs::path folder;
+    const std::string sample = KORVANE_EXAMPLE_MESHES "/spindle.mesh";
+};
+
+const char *const mixed = R"(MeshVersionFormatted 1
+Dimension 3
+Vertices
+6
+0 0 0 1
+1 0 0 1
+0 1 0 2
+0 0 1 2
+1 0 1 2
+-0.5 1 1.25 2
+Triangles
+1
+1 2 3 9
+RequiredVertices
+2
+1 6
+Prisms
+1
+1 2 3 4 5 6 8
+Corners
+1
+1
+End
+)";
+
+bool holds(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+TEST_F(Command, WithoutArgumentsIsWrongUsage)
+{
+    for (const char *arguments :
+        {"", "info", "stats", "convert", "convert a.mesh", "nonsense", "info --nonsense a.mesh",
+            "stats --valid '' a.mesh", "convert a.mesh b.txt", "convert a.mesh b", "stats --valid"}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_status, 2) << arguments;
+        EXPECT_NE(outcome.errors, "") << arguments;
+        EXPECT_EQ(outcome.output, "") << arguments;
+    }
+}
+
+TEST_F(Command, HelpsAndTellsItsVersion)
+{
+    for (const char *arguments : {"--help", "info --help", "stats --help", "convert --help", "--version"}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_status, 0) << arguments;
+        EXPECT_NE(outcome.output, "") << arguments;
+    }
+    EXPECT_EQ(run("--version").output, "korvane 1.4.0\n");
+}
+
+TEST_F(Command, MissingAndBrokenFilesAreProblems)
+{
+    write("broken.mesh", "MeshVersionFormatted 2\nno dimension here\n");
+    write("empty.mesh", "");
+    write("name.txt", mixed);
+    for (const char *file : {"missing.mesh", "broken.mesh", "empty.mesh", "name.txt", "."}) {
+        for (const std::string command : {"info ", "stats ", "stats --valid x "}) {
+            const Outcome outcome = run(command + file);
+            EXPECT_EQ(outcome.exit_status, 1) << command << file;
+            EXPECT_TRUE(holds(outcome.errors, std::string("korvane: ") + file + ": ")) << outcome.errors;
+            EXPECT_EQ(outcome.output, "") << command << file;
+        }
+        EXPECT_EQ(run("convert " + std::string(file) + " out.meshb").exit_status, 1);
+    }
+    EXPECT_TRUE(holds(run("info missing.mesh").errors, "No such file or directory"));
+    EXPECT_EQ(files_besides({"broken.mesh", "empty.mesh", "name.txt"}), std::vector<std::string>{});
+}
+
+TEST_F(Command, OneBadFileDoesNotHideTheOthers)
+{
+    write("good.mesh", mixed);
+    const Outcome outcome = run("info missing.mesh good.mesh");
+    EXPECT_EQ(outcome.exit_status, 1);
+    EXPECT_TRUE(holds(outcome.output, "good.mesh"));
+    EXPECT_TRUE(holds(outcome.errors, "missing.mesh"));
+}
+
+TEST_F(Command, InfoDescribesAFile)
+{
+    write("mixed.mesh", mixed);
+    const Outcome outcome = run("info mixed.mesh");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.output, "mixed.mesh\n"
+                              "  format : text, version 1 (single precision), 3 dimensions\n"
+                              "  keywords :\n"
+                              "    Vertices                                6\n"
+                              "    Triangles                               1\n"
+                              "    Prisms                                  1  (not read)\n"
+                              "    Corners                                 1  (not read)\n"
+                              "    RequiredVertices                        2\n"
+                              "  bounding box :\n"
+                              "    x : -0.5 to 1\n"
+                              "    y : 0 to 1\n"
+                              "    z : 0 to 1.25\n"
+                              "  required vertices : 2\n"
+                              "  tags of vertices :\n"
+                              "    1                   2\n"
+                              "    2                   4\n"
+                              "  tags of triangles :\n"
+                              "    9                   1\n");
+}
+
+TEST_F(Command, InfoDescribesTheHeaderOfAFileInThePlane)
+{
+    write("plane.mesh", "MeshVersionFormatted 2 Dimension 2 Vertices 1 0.5 0.5 0 End");
+    const Outcome outcome = run("info plane.mesh");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_TRUE(holds(outcome.output, "2 dimensions"));
+    EXPECT_TRUE(holds(outcome.output, "not three-dimensional"));
+    EXPECT_EQ(run("stats plane.mesh").exit_status, 1);
+}
+
+TEST_F(Command, InfoTellsTheByteOrder)
+{
+    EXPECT_EQ(run("convert " + sample + " copy.meshb").exit_status, 0);
+    EXPECT_TRUE(holds(run("info copy.meshb").output, "binary, little-endian, version 2"));
+    const std::string real = KORVANE_REAL_FILES "/cube.meshb";
+    if (!fs::exists(real))
+        GTEST_SKIP() << "no file of another program here: " << real;
+    EXPECT_TRUE(holds(run("info " + real).output, "binary, big-endian, version 1 (single precision)"));
+}
+
+TEST_F(Command, StatsReportsInReadableForm)
+{
+    const Outcome outcome = run("stats " + sample);
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    for (const char *line : {"Mesh statistics : \n", "  number of hexahedra : 144 \n",
+             "  number of pyramids : 180 \n", "  triangle angles:\n", "  Volume elements edges length:\n",
+             "Mesh topological statistics : \n", "    Number of free edges :          0 (0 components) \n",
+             "    Number of surface components (edge neighbourings) : 1 \n"})
+        EXPECT_TRUE(holds(outcome.output, line)) << line;
+}
+
+TEST_F(Command, StatsReportsInKeyedFormAndNothingElse)
+{
+    const Outcome outcome = run("stats --valid here " + sample);
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_TRUE(holds(outcome.output, "VALID.here.vertex.count = 526\n"));
+    EXPECT_TRUE(holds(outcome.output, "VALID.here.surface_component_by_edge.count = 1\n"));
+    for (std::size_t start = 0; start < outcome.output.size(); start = outcome.output.find('\n', start) + 1)
+        EXPECT_EQ(outcome.output.compare(start, 11, "VALID.here."), 0);
+}
+
+TEST_F(Command, ConvertsThereAndBackWithoutChange)
+{
+    EXPECT_EQ(run("convert " + sample + " once.meshb").exit_status, 0);
+    EXPECT_EQ(run("convert once.meshb twice.mesh").exit_status, 0);
+    EXPECT_EQ(run("convert twice.mesh thrice.meshb").exit_status, 0);
+    EXPECT_EQ(contents(folder / "once.meshb"), contents(folder / "thrice.meshb"));
+    EXPECT_EQ(run("stats --valid x " + sample).output, run("stats --valid x twice.mesh").output);
+}
+
+TEST_F(Command, ConvertTellsWhatIsNotCarriedOver)
+{
+    write("mixed.mesh", mixed);
+    const Outcome outcome = run("convert mixed.mesh out.meshb");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "korvane: mixed.mesh: not carried over: Prisms (1)\n"
+                              "korvane: mixed.mesh: not carried over: Corners (1)\n");
+    EXPECT_FALSE(holds(run("info out.meshb").output, "not read"));
+}
+
+TEST_F(Command, ConvertKeepsTheOldFileWhenItFails)
+{
+    write("broken.mesh", "MeshVersionFormatted 2\n");
+    write("old.mesh", "precious");
+    EXPECT_EQ(run("convert broken.mesh old.mesh").exit_status, 1);
+    EXPECT_EQ(contents(folder / "old.mesh"), "precious");
+    EXPECT_EQ(run("convert " + sample + " missing-folder/new.mesh").exit_status, 1);
+    EXPECT_EQ(files_besides({"broken.mesh", "old.mesh"}), std::vector<std::string>{});
+}
+
+TEST_F(Command, ConvertsOntoItselfAndThroughLinks)
+{
+    write("self.mesh", mixed);
+    fs::create_symlink("self.mesh", folder / "link.mesh");
+    EXPECT_EQ(run("convert link.mesh link.mesh").exit_status, 0);
+    EXPECT_TRUE(fs::is_symlink(folder / "link.mesh"));
+    EXPECT_TRUE(holds(contents(folder / "self.mesh"), "MeshVersionFormatted 2"));
+    EXPECT_EQ(files_besides({"self.mesh", "link.mesh"}), std::vector<std::string>{});
+}
+
+TEST_F(Command, AFullDiskIsAProblem)
+{
+    if (!fs::exists("/dev/full"))
+        GTEST_SKIP() << "no /dev/full here";
+    fs::create_symlink("/dev/full", folder / "full.mesh");
+    const Outcome outcome = run("convert " + sample + " full.mesh");
+    EXPECT_EQ(outcome.exit_status, 1);
+    EXPECT_TRUE(holds(outcome.errors, "korvane: full.mesh: Error writing mesh file.")) << outcome.errors;
+    EXPECT_TRUE(fs::is_symlink(folder / "full.mesh"));
+    EXPECT_EQ(run("stats " + sample, "/dev/full").exit_status, 1);
+}
+
+} // namespace

@@ -1,0 +1,21 @@
+// The subcommands. Each gives the exit status of the command.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace korvane::tools {
+
+/// Describes files: format, keywords, tags, required entities, bounding box.
+int info(const std::vector<std::string> &files);
+
+/// Reports on meshes in readable form or, with a name that is not empty, in keyed form.
+int stats(const std::vector<std::string> &files, const std::string &name);
+
+/// Writes a mesh file in another encoding, and tells what it does not carry over.
+int convert(const std::string &input, const std::string &output);
+
+/// True for a file name that convert can write.
+bool can_be_written(const std::string &file);
+
+} // namespace korvane::tools

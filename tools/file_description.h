@@ -1,0 +1,27 @@
+// What a file says of itself before any of its contents is read.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane::tools {
+
+struct KeywordBlock {
+    std::string name;
+    int count;    // lines
+    bool carried; // read into a mesh by the library
+};
+
+struct FileDescription {
+    bool binary;
+    bool foreign_byte_order; // of a binary file
+    int version;             // 1 single precision, 2 or 3 double
+    int dimension;
+    std::vector<KeywordBlock> blocks; // in the order of the keyword codes
+};
+
+/// Nothing if the file cannot be opened as a keyword file.
+std::optional<FileDescription> describe_file(const std::string &file);
+
+} // namespace korvane::tools

@@ -1,0 +1,69 @@
+#include "session.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#include <sys/stat.h>
+
+namespace korvane::tools {
+
+namespace {
+
+/// The library's texts open with the name of a function, which tells a user of the command nothing.
+std::string without_function(const std::string &text)
+{
+    const std::size_t separator = text.find(" : ");
+    std::string plain = separator == std::string::npos ? text : text.substr(separator + 3);
+    while (!plain.empty() && (plain.back() == '\n' || plain.back() == ' '))
+        plain.pop_back();
+    return plain.substr(std::min(plain.find_first_not_of(' '), plain.size()));
+}
+
+} // namespace
+
+Session::Session() : context(korvane_context_new())
+{
+    if (!context)
+        throw std::bad_alloc();
+    korvane_context_set_message_callback(context.get(), receive, this);
+}
+
+Mesh Session::read(const std::string &file)
+{
+    subject = file;
+    struct stat status;
+    if (stat(file.c_str(), &status) != 0) {
+        complain(file, std::strerror(errno));
+        return nullptr;
+    }
+    return Mesh(korvane_mesh_new_read_mesh(context.get(), file.c_str()));
+}
+
+bool Session::write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown)
+{
+    subject = shown;
+    return korvane_mesh_write_mesh(mesh, file.c_str()) == STATUS_OK;
+}
+
+void Session::complain(const std::string &file, const std::string &text)
+{
+    std::fflush(stdout);
+    std::fprintf(stderr, "korvane: %s: %s\n", file.c_str(), text.c_str());
+}
+
+korvane_status_t Session::receive(korvane_message_t *message, void *session)
+{
+    int32_t number = 0;
+    const char *text = "";
+    korvane_message_get_number(message, &number);
+    korvane_message_get_description(message, &text);
+    if (number == 0)
+        std::fputs(text, stdout);
+    else
+        complain(static_cast<Session *>(session)->subject, without_function(text));
+    return STATUS_OK;
+}
+
+} // namespace korvane::tools

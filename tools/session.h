@@ -1,0 +1,43 @@
+// One run of the command: a context whose reports go to standard output and whose errors go to standard
+// error.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <korvane.h>
+
+namespace korvane::tools {
+
+/// The exit statuses of the command.
+enum Exit { done = 0, file_problem = 1, wrong_usage = 2 };
+
+struct Delete {
+    void operator()(korvane_context_t *context) const { korvane_context_delete(context); }
+    void operator()(korvane_mesh_t *mesh) const { korvane_mesh_delete(mesh); }
+};
+using Mesh = std::unique_ptr<korvane_mesh_t, Delete>;
+
+class Session {
+  public:
+    Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    /// Reads a mesh; null after what is wrong was told.
+    Mesh read(const std::string &file);
+
+    /// Writes a mesh; false after what is wrong was told, which names `shown` rather than `file`.
+    bool write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown);
+
+    /// Tells on standard error what is wrong with a file.
+    static void complain(const std::string &file, const std::string &text);
+
+  private:
+    static korvane_status_t receive(korvane_message_t *message, void *session);
+
+    std::unique_ptr<korvane_context_t, Delete> context;
+    std::string subject; // the file that errors are about
+};
+
+} // namespace korvane::tools
