@@ -1,0 +1,156 @@
+// The main jobs on a million tetrahedra and two million triangles, each beside its plain loop. The table at
+// the end gives the time of every job as a ratio to its plain loops.
+//
+// The base of a job is named after the last slash of its plain benchmarks: "read binary/plain" is the base of
+// "read binary".
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <korvane.h>
+
+#include "flat_mesh.h"
+#include "plain_loops.h"
+
+namespace korvane::benchmarks {
+namespace {
+
+/// Prints the runs as they come and keeps their times, for the table of ratios.
+class RatioReporter : public benchmark::ConsoleReporter {
+  public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run &run : runs)
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+                times[run.run_name.function_name] = run.GetAdjustedCPUTime();
+    }
+
+    void print_table() const
+    {
+        std::printf("\n%-34s %-22s %8s\n", "job", "against", "ratio");
+        for (const auto &[name, time] : times) {
+            const std::size_t slash = name.rfind('/');
+            if (slash == std::string::npos)
+                continue;
+            const auto job = times.find(name.substr(0, slash));
+            if (job != times.end())
+                std::printf("%-34s %-22s %8.2f\n", job->first.c_str(), name.substr(slash + 1).c_str(),
+                    job->second / time);
+        }
+    }
+
+  private:
+    std::map<std::string, double> times;
+};
+
+template <class Job>
+void add(const std::string &name, int64_t items, Job job)
+{
+    benchmark::RegisterBenchmark(name.c_str(), [items, job](benchmark::State &state) {
+        for ([[maybe_unused]] auto _ : state)
+            job();
+        state.SetItemsProcessed(state.iterations() * items);
+    })->Unit(benchmark::kMillisecond);
+}
+
+/// A job on a mesh held by the library, which is built when the job first runs.
+class LazyMesh {
+  public:
+    explicit LazyMesh(const FlatMesh &source) : flat(source) {}
+    korvane_mesh_t *get()
+    {
+        if (!mesh)
+            mesh = in_memory(flat);
+        return mesh.get();
+    }
+
+  private:
+    const FlatMesh &flat;
+    Mesh mesh;
+};
+
+std::string bytes_of(const char *file_name)
+{
+    std::ifstream file(file_name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void add_files(const std::string &subject, const FlatMesh &flat, LazyMesh &mesh)
+{
+    static std::vector<std::unique_ptr<TemporaryFile>> files;
+    const int64_t items = flat.vertex_count() + flat.element_count();
+    for (const std::string encoding : {"binary", "text"}) {
+        const std::string extension = "-" + subject + (encoding == "text" ? ".mesh" : ".meshb");
+        const char *source = files.emplace_back(std::make_unique<TemporaryFile>("-in" + extension))->name();
+        const char *target = files.emplace_back(std::make_unique<TemporaryFile>("-out" + extension))->name();
+        korvane_mesh_write_mesh(mesh.get(), source);
+        const std::string read = "read " + encoding + " " + subject,
+                          write = "write " + encoding + " " + subject;
+        add(read, items, [source] { Mesh(korvane_mesh_new_read_mesh(silent_context(), source)); });
+        add(read + "/raw read", items, [source] { benchmark::DoNotOptimize(read_raw(source)); });
+        add(write, items, [&mesh, target] { korvane_mesh_write_mesh(mesh.get(), target); });
+        add(write + "/raw write", items, [bytes = bytes_of(source), target] { write_raw(bytes, target); });
+        if (encoding == "text") {
+            add(read + "/fscanf", items, [source] { benchmark::DoNotOptimize(read_with_fscanf(source)); });
+            add(write + "/fprintf", items, [&flat, target] { write_with_fprintf(flat, target); });
+        } else {
+            add(read + "/read and decode", items,
+                [source] { benchmark::DoNotOptimize(read_and_decode(source)); });
+            add(write + "/encode and write", items, [&flat, target] { encode_and_write(flat, target); });
+        }
+    }
+}
+
+/// Statistics of any mesh, topology of surfaces.
+void add_judgement(const std::string &subject, const FlatMesh &flat, Order order, LazyMesh &mesh)
+{
+    const std::string statistics = "statistics " + subject, topology = "topology " + subject;
+    add(statistics, flat.element_count(), [&mesh] { korvane_mesh_compute_statistics(mesh.get()); });
+    add(statistics + "/plain loops", flat.element_count(), [&flat, order] {
+        benchmark::DoNotOptimize(judge_elements(flat));
+        benchmark::DoNotOptimize(judge_edges(flat, order));
+    });
+    if (flat.corners != 3)
+        return;
+    add(topology, flat.element_count(), [&mesh] { korvane_mesh_compute_topological_statistics(mesh.get()); });
+    add(topology + "/hash, union-find", flat.element_count(),
+        [&flat, order] { benchmark::DoNotOptimize(count_topology(flat, order)); });
+}
+
+} // namespace
+} // namespace korvane::benchmarks
+
+int main(int argc, char **argv)
+{
+    using namespace korvane::benchmarks;
+    silent_context(); // made before the meshes, and deleted after them
+    LazyMesh tetrahedra(million_tetrahedra(Order::natural)), triangles(two_million_triangles(Order::natural));
+    LazyMesh shuffled_tetrahedra(million_tetrahedra(Order::shuffled));
+    LazyMesh shuffled_triangles(two_million_triangles(Order::shuffled));
+    add_files("tetrahedra", million_tetrahedra(Order::natural), tetrahedra);
+    add_files("triangles", two_million_triangles(Order::natural), triangles);
+    add_judgement("tetrahedra", million_tetrahedra(Order::natural), Order::natural, tetrahedra);
+    add_judgement("triangles", two_million_triangles(Order::natural), Order::natural, triangles);
+    add_judgement(
+        "shuffled tetrahedra", million_tetrahedra(Order::shuffled), Order::shuffled, shuffled_tetrahedra);
+    add_judgement(
+        "shuffled triangles", two_million_triangles(Order::shuffled), Order::shuffled, shuffled_triangles);
+
+    std::vector<char *> arguments(argv, argv + argc);
+    std::string repetitions = "--benchmark_repetitions=5", time = "--benchmark_min_time=0.05";
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, {repetitions.data(), time.data(), interleaving.data()});
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return 2;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.print_table();
+    return 0;
+}
