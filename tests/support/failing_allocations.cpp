@@ -10,7 +10,8 @@ std::int64_t total_bytes = 0;
 bool armed = false;
 std::int64_t until_failure = 0;
 bool persistent = false;
-bool met = false;
+bool met = false;         // since the last arming
+bool met_in_body = false; // since the start of a sweep's body, which can arm several times
 
 bool fails_now(std::size_t size)
 {
@@ -21,6 +22,7 @@ bool fails_now(std::size_t size)
     --until_failure;
     const bool fails = until_failure == 0 || (persistent && until_failure < 0);
     met = met || fails;
+    met_in_body = met_in_body || fails;
     return fails;
 }
 
@@ -91,10 +93,10 @@ void oom_sweep(const std::function<void(AllocationFault &)> &body)
 {
     for (const Failure failure : {Failure::transient, Failure::persistent}) {
         for (std::int64_t ordinal = 1;; ++ordinal) {
-            met = false;
+            met_in_body = false;
             AllocationFault fault(ordinal, failure);
             body(fault);
-            if (!met)
+            if (!met_in_body)
                 break;
         }
     }

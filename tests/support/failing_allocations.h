@@ -38,7 +38,7 @@ std::int64_t allocated_bytes();
 /**
  * Runs `body` with faults of ordinal 1, 2, ... until no allocation failed, once transient and once
  * persistent. `body` makes ready what it needs, arms the fault around the call under test, disarms it, and
- * checks.
+ * checks; it can do so several times.
  */
 void oom_sweep(const std::function<void(AllocationFault &fault)> &body);
 
