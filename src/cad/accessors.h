@@ -27,6 +27,25 @@ korvane_status_t get_field(const Object *object, Value Holder::*field, Value *va
     return STATUS_OK;
 }
 
+/// From now on the user data are deleted, or copied, by a function of the client, or not at all.
+inline korvane_status_t set_delete_function(Care *care, korvane_user_data_delete_t function)
+{
+    if (care == nullptr)
+        return STATUS_ERROR;
+    care->delete_function = function;
+    care->library_deletes = false;
+    return STATUS_OK;
+}
+
+inline korvane_status_t set_clone_function(Care *care, korvane_user_data_clone_t function)
+{
+    if (care == nullptr)
+        return STATUS_ERROR;
+    care->clone_function = function;
+    care->library_clones = false;
+    return STATUS_OK;
+}
+
 /// A field of two values, one per end of an edge.
 using Pair = std::array<int32_t, 2> EdgeValues::*;
 

@@ -270,13 +270,13 @@ korvane_status_t korvane_cad_edge_get_tag(const korvane_cad_edge_t *edge, uint32
 korvane_status_t korvane_cad_edge_set_delete_function(
     korvane_cad_edge_t *edge, korvane_user_data_delete_t function)
 {
-    return set_field(edge, &EdgeValues::delete_function, function);
+    return set_delete_function(edge, function);
 }
 
 korvane_status_t korvane_cad_edge_set_clone_function(
     korvane_cad_edge_t *edge, korvane_user_data_clone_t function)
 {
-    return set_field(edge, &EdgeValues::clone_function, function);
+    return set_clone_function(edge, function);
 }
 
 } // extern "C"

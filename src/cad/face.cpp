@@ -103,13 +103,13 @@ korvane_status_t korvane_cad_face_get_surf(
 korvane_status_t korvane_cad_face_set_delete_function(
     korvane_cad_face_t *face, korvane_user_data_delete_t function)
 {
-    return set_field(face, &korvane_cad_face_t::delete_function, function);
+    return set_delete_function(face, function);
 }
 
 korvane_status_t korvane_cad_face_set_clone_function(
     korvane_cad_face_t *face, korvane_user_data_clone_t function)
 {
-    return set_field(face, &korvane_cad_face_t::clone_function, function);
+    return set_clone_function(face, function);
 }
 
 korvane_status_t korvane_cad_face_set_id(korvane_cad_face_t *face, uint32_t id)

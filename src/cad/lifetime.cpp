@@ -27,151 +27,22 @@
 // placement to the end of its unit, whatever it counts. A unit that has ended keeps its records, out of use,
 // until no pin is left: so what the counting rules would touch after its end is still there.
 //
-// The end of a unit. First all delete functions run, while every record exists; releasing the unit has no
-// effect any more. Then its own pins are given up, and the records go unless they are pinned. Units that lose
-// their last reference by the delete function of a derived object wait until the unit that it belongs to is
-// through, so that a chain of units of any length ends without recursion.
+// How a unit ends, and in which order, is told in teardown.cpp. From the moment when its last reference is
+// given back, references that are given back to it have no effect.
 #include "cad/lifetime.h"
 
-#include <span>
 #include <utility>
 
 #include "cad/doubling.h"
+#include "cad/teardown.h"
+#include "cad/units.h"
 #include "common/try.h"
 
 namespace korvane {
 
-/// The units that wait for their end, in the order in which they came to it.
-template <class Unit>
-struct WaitingUnits {
-    Unit *first;
-    Unit *last;
-
-    void add(Unit &unit)
-    {
-        unit.lifespan.next = nullptr;
-        (first == nullptr ? first : last->lifespan.next) = &unit;
-        last = &unit;
-    }
-    Unit *take()
-    {
-        Unit *taken = first;
-        if (taken != nullptr)
-            first = taken->lifespan.next;
-        return taken;
-    }
-};
-
-struct Teardown {
-    WaitingUnits<korvane_cad_t> models;
-    WaitingUnits<korvane_cad_face_t> faces;
-    WaitingUnits<korvane_cad_edge_t> edges;
-
-    void add(korvane_cad_t &cad) { models.add(cad); }
-    void add(korvane_cad_face_t &face) { faces.add(face); }
-    void add(korvane_cad_edge_t &edge) { edges.add(edge); }
-};
-
 namespace {
 
-// -- Units
-
-template <class Operation>
-void on_unit(korvane_cad_t &cad, Operation operation)
-{
-    operation(cad);
-}
-
-template <class Operation>
-void on_unit(korvane_cad_face_t &face, Operation operation)
-{
-    if (face.cad != nullptr)
-        operation(*face.cad);
-    else
-        operation(face);
-}
-
-template <class Operation>
-void on_unit(korvane_cad_edge_t &edge, Operation operation)
-{
-    if (edge.face != nullptr)
-        on_unit(*edge.face, operation);
-    else
-        operation(edge);
-}
-
-template <class Operation>
-void for_each_object(korvane_cad_edge_t &edge, Operation operation)
-{
-    operation(edge);
-}
-
-template <class Operation>
-void for_each_object(korvane_cad_face_t &face, Operation operation)
-{
-    for (korvane_cad_edge_t *edge : std::span(face.edges.data(), static_cast<std::size_t>(face.edge_count)))
-        operation(*edge);
-    operation(face);
-}
-
-template <class Operation>
-void for_each_object(korvane_cad_t &cad, Operation operation)
-{
-    for (korvane_cad_face_t *face : std::span(cad.faces.data(), static_cast<std::size_t>(cad.face_count)))
-        for_each_object(*face, operation);
-}
-
-// -- Pins
-
-std::span<korvane_cad_face_t *const> sources_of(const korvane_cad_face_t &face)
-{
-    return {&face.source, face.source == nullptr ? 0u : 1u};
-}
-
-std::span<korvane_cad_edge_t *const> sources_of(const korvane_cad_edge_t &edge)
-{
-    return {edge.sources.data(), edge.sources.size()};
-}
-
-/// Calls the operation on the unit of each object that `object` is derived from.
-template <class Object, class Operation>
-void on_source_units(const Object &object, Operation operation)
-{
-    for (auto *source : sources_of(object))
-        on_unit(*source, operation);
-}
-
-template <class Object>
-void pin_sources(const Object &object)
-{
-    on_source_units(object, [](auto &unit) { ++unit.lifespan.pin_count; });
-}
-
-// -- Records
-
-void free_records(korvane_cad_edge_t &edge)
-{
-    destroy(&edge);
-}
-
-void free_records(korvane_cad_face_t &face)
-{
-    for (korvane_cad_edge_t *edge : std::span(face.edges.data(), static_cast<std::size_t>(face.edge_count)))
-        destroy(edge);
-    for (korvane_cad_point_t *point :
-        std::span(face.points.data(), static_cast<std::size_t>(face.point_count)))
-        destroy(point);
-    destroy(&face);
-}
-
-void free_records(korvane_cad_t &cad)
-{
-    for (korvane_cad_face_t *face : std::span(cad.faces.data(), static_cast<std::size_t>(cad.face_count)))
-        free_records(*face);
-    destroy(&cad);
-}
-
-// -- The end
+// -- Counting
 
 void leave_context(korvane_cad_t &cad)
 {
@@ -179,119 +50,18 @@ void leave_context(korvane_cad_t &cad)
 }
 
 /// Only models are attached to a context.
-template <class Unit>
-void leave_context(Unit &)
+template <class Counted>
+void leave_context(Counted &)
 {}
 
-void run_delete_function(const korvane_cad_face_t &face)
-{
-    if (face.delete_function != nullptr)
-        face.delete_function(face.surface_user_data);
-}
-
-void run_delete_function(const korvane_cad_edge_t &edge)
-{
-    if (edge.delete_function != nullptr)
-        edge.delete_function(edge.curve_user_data);
-}
-
-/// Runs the delete function; units that it releases for the last time wait in `teardown`.
-template <class Object>
-void run_delete_function(const Object &object, Teardown &teardown)
-{
-    on_source_units(object, [&](auto &unit) { unit.lifespan.teardown = &teardown; });
-    run_delete_function(object);
-    on_source_units(object, [](auto &unit) { unit.lifespan.teardown = nullptr; });
-}
-
-void take_out_of_use(korvane_cad_face_t &face)
-{
-    face.surface = [](const double *, double *, double *, double *, double *, double *, double *, void *) {
-        return korvane_status_t{STATUS_ERROR};
-    };
-    face.origin_function = [](const double *, korvane_cad_face_t **, double *, int64_t *, void *) {
-        return korvane_status_t{STATUS_ERROR};
-    };
-    face.surface_user_data = nullptr;
-    face.delete_function = nullptr;
-    face.clone_function = nullptr;
-}
-
-void take_out_of_use(korvane_cad_edge_t &edge)
-{
-    edge.curve = [](double, double *, double *, double *, void *) { return korvane_status_t{STATUS_ERROR}; };
-    edge.origin_function = [](double, korvane_cad_edge_t **, double *, double *, double *, void *) {
-        return korvane_status_t{STATUS_ERROR};
-    };
-    edge.curve_user_data = nullptr;
-    edge.delete_function = nullptr;
-    edge.clone_function = nullptr;
-}
-
-void forget_sources(korvane_cad_face_t &face)
-{
-    face.source = nullptr;
-}
-
-void forget_sources(korvane_cad_edge_t &edge)
-{
-    edge.sources.clear();
-}
-
-template <class Object>
-void unpin_sources(Object &object)
-{
-    on_source_units(object, [](auto &unit) {
-        if (--unit.lifespan.pin_count == 0 && unit.lifespan.stage == Stage::gone)
-            free_records(unit);
-    });
-    forget_sources(object);
-}
-
-template <class Unit>
-void end(Unit &unit, Teardown &teardown)
-{
-    for_each_object(unit, [&](auto &object) { run_delete_function(object, teardown); });
-    for_each_object(unit, [](auto &object) { unpin_sources(object); });
-    unit.lifespan.stage = Stage::gone;
-    if (unit.lifespan.pin_count == 0)
-        free_records(unit);
-    else
-        for_each_object(unit, [](auto &object) { take_out_of_use(object); });
-}
-
-/// Ends a unit at once, and what loses its last reference thereby, or lets it wait if its last reference was
-/// one that a derived object gave back.
-template <class Unit>
-void begin_end(Unit &unit)
-{
-    unit.lifespan.stage = Stage::ending;
-    if (unit.lifespan.teardown != nullptr) {
-        unit.lifespan.teardown->add(unit);
-        return;
-    }
-    Teardown teardown{};
-    teardown.add(unit);
-    for (;;) {
-        if (korvane_cad_t *cad = teardown.models.take(); cad != nullptr)
-            end(*cad, teardown);
-        else if (korvane_cad_face_t *face = teardown.faces.take(); face != nullptr)
-            end(*face, teardown);
-        else if (korvane_cad_edge_t *edge = teardown.edges.take(); edge != nullptr)
-            end(*edge, teardown);
-        else
-            return;
-    }
-}
-
 /// A counter below 1 is that of the copy of an attached edge.
-template <class Unit>
-void release_unit(Unit &unit)
+template <class Counted>
+void release_unit(Counted &unit)
 {
     if (unit.lifespan.stage != Stage::alive || --unit.reference_count > 0)
         return;
     leave_context(unit);
-    begin_end(unit);
+    end_unit(unit_of(unit));
 }
 
 // -- The beginning
@@ -322,6 +92,12 @@ void enter(korvane_cad_edge_t &edge, korvane_cad_face_t &face)
     count_on(face, edge);
 }
 
+template <class Object>
+void pin_sources(const Object &object)
+{
+    on_source_units(object, [](auto &unit) { ++unit.lifespan.pin_count; });
+}
+
 template <class Object, class Owner>
 Object *place_in(Owned<Object> owned, Owner *owner)
 {
@@ -333,25 +109,17 @@ Object *place_in(Owned<Object> owned, Owner *owner)
     return object;
 }
 
-template <class Object>
-[[nodiscard]] bool is_ending(Object &object)
-{
-    bool ending = false;
-    on_unit(object, [&](auto &unit) { ending = unit.lifespan.stage != Stage::alive; });
-    return ending;
-}
-
 /// Makes room for one more object; an owner that is ending takes none.
 korvane_status_t make_room(korvane_cad_t &cad)
 {
-    if (is_ending(cad))
+    if (!is_alive(cad))
         return STATUS_ERROR;
     return try_make_place(cad.faces, cad.face_capacity, cad.face_count) ? STATUS_OK : STATUS_NOMEM;
 }
 
 korvane_status_t make_room(korvane_cad_face_t &face)
 {
-    if (is_ending(face))
+    if (!is_alive(face))
         return STATUS_ERROR;
     return try_make_place(face.edges, face.edge_capacity, face.edge_count) ? STATUS_OK : STATUS_NOMEM;
 }
@@ -359,7 +127,7 @@ korvane_status_t make_room(korvane_cad_face_t &face)
 template <class Object, class Owner>
 korvane_status_t attach_to(Object &object, bool has_owner, Owner &owner)
 {
-    if (has_owner || is_ending(object))
+    if (has_owner || !is_alive(object))
         return STATUS_ERROR;
     TRY(make_room(owner));
     // Kept on purpose: one reference moves to the owner, however many there were, because handles are
@@ -455,7 +223,7 @@ void release(korvane_cad_edge_t &edge)
 
 void korvane_cad_release(void *cad)
 {
-    begin_end(*static_cast<korvane_cad_t *>(cad));
+    end_unit(unit_of(*static_cast<korvane_cad_t *>(cad)));
 }
 
 } // namespace korvane

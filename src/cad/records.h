@@ -66,14 +66,22 @@ enum class Stage : uint8_t {
     gone    // they have run; the records stay as long as there are pins
 };
 
+/// What is counted, and ends, as a whole: a model, or a face without a model, or an edge without a face. All
+/// null for none.
+struct Unit {
+    korvane_cad_t *cad;
+    korvane_cad_face_t *face;
+    korvane_cad_edge_t *edge;
+};
+
 /// How far a unit of lifetime is on its way, and what keeps its records. Meaningful in a model, in a face
-/// without a model and in an edge without a face.
-template <class Unit>
+/// without a model and in an edge without a face; the position in every face.
 struct Lifespan {
     Stage stage;
     uint32_t pin_count; // of faces and edges derived from those of the unit
-    Teardown *teardown; // where to wait for the end, while what gives up references belongs to a teardown
-    Unit *next;         // among those that wait
+    Teardown *teardown; // where to wait for the end, while the library gives up references for a teardown
+    Unit next;          // in the list of the teardown that the unit is in
+    int32_t position;   // in the list of the object, of what its end has come to
 };
 
 /// What faces and edges carry alike.
@@ -84,26 +92,30 @@ struct Identity {
     int32_t orientation;
 };
 
-struct FaceValues : Identity {
+/// What becomes of the user data of a face or edge, which are owned through delete_function.
+struct Care : Identity {
+    korvane_user_data_delete_t delete_function;
+    korvane_user_data_clone_t clone_function;
+    bool library_deletes; // delete_function is the library's own, that of a derived object
+    bool library_clones;
+};
+
+struct FaceValues : Care {
     double period_u, period_v;     // meaningful with FACE_PERIODIC_U, FACE_PERIODIC_V
     double umin, umax, vmin, vmax; // meaningful with FACE_HAS_RANGE
     korvane_cad_surface_t surface;
-    void *surface_user_data; // owned, through delete_function
-    korvane_user_data_delete_t delete_function;
-    korvane_user_data_clone_t clone_function;
+    void *surface_user_data;
     korvane_cad_face_origin_t origin_function;
     uint8_t flags;
 };
 
-struct EdgeValues : Identity {
+struct EdgeValues : Care {
     int32_t coorientation;
     double tmin, tmax;
     uint32_t properties;
     std::array<int32_t, 2> extremities, extremities_tag, uv_extremities;
     korvane_cad_curve_t curve;
-    void *curve_user_data; // owned, through delete_function
-    korvane_user_data_delete_t delete_function;
-    korvane_user_data_clone_t clone_function;
+    void *curve_user_data;
     korvane_cad_curve3d_t curve3d;
     void *curve3d_user_data; // not owned
     korvane_cad_edge_origin_t origin_function;
@@ -132,7 +144,7 @@ struct korvane_cad_s {
     korvane_tag_system_t *tag_system;                                           // owned
     uint32_t reference_count;
     uint8_t flags;
-    korvane::Lifespan<korvane_cad_t> lifespan;
+    korvane::Lifespan lifespan;
 
     ~korvane_cad_s();
 };
@@ -147,7 +159,7 @@ struct korvane_cad_face_s : korvane::FaceValues {
     korvane::Array<korvane_cad_point_t *> points; // owned
     korvane::Owned<korvane_id_list_t> original_ids;
     int32_t reference_count; // of a face without a model
-    korvane::Lifespan<korvane_cad_face_t> lifespan;
+    korvane::Lifespan lifespan;
     korvane_cad_face_t *source; // that the surface is derived from, or null; pinned
 };
 
@@ -156,7 +168,7 @@ struct korvane_cad_edge_s : korvane::EdgeValues {
     korvane::Owned<korvane_id_list_t> original_ids;
     korvane::SharedSupportVertices support_vertices;
     int32_t reference_count; // of an edge without a face
-    korvane::Lifespan<korvane_cad_edge_t> lifespan;
+    korvane::Lifespan lifespan;
     korvane::Array<korvane_cad_edge_t *> sources; // that the curve is derived from; pinned
 };
 

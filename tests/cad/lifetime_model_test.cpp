@@ -1,6 +1,7 @@
 // The life of models, faces and edges as a state machine: random sequences of everything that counts, against
-// a naive model of the counting rules. Every delete function, every status of an evaluation and every
-// original geometry must be as the model says; what is touched after its end shows under the sanitizers.
+// a naive model of the counting rules. The delete functions in their order, every status of an evaluation and
+// every original geometry must be as the model says; what is touched after its end shows under the
+// sanitizers.
 #include <algorithm>
 #include <deque>
 #include <random>
@@ -10,18 +11,28 @@
 namespace korvane::testing {
 namespace {
 
+struct Data;
+
+/// All user data, and the order in which they were deleted.
+struct Ledger {
+    std::deque<Data> data;
+    std::vector<const Data *> deletions;
+    std::vector<const Data *> expected; // by the model
+};
+
 /// User data of a face or edge of the client.
 struct Data {
-    int deleted = 0;
-    int expected = 0; // deletions, by the model
-    std::deque<Data> *all = nullptr;
+    bool deleted;
+    Ledger *ledger;
 
-    static void remove(void *user_data) { ++static_cast<Data *>(user_data)->deleted; }
-    static void *clone(void *user_data)
+    static void remove(void *user_data)
     {
-        std::deque<Data> &all = *static_cast<Data *>(user_data)->all;
-        return &all.emplace_back(Data{0, 0, &all});
+        auto &data = *static_cast<Data *>(user_data);
+        data.deleted = true;
+        data.ledger->deletions.push_back(&data);
     }
+    static void *clone(void *user_data) { return &make(*static_cast<Data *>(user_data)->ledger); }
+    static Data &make(Ledger &ledger) { return ledger.data.emplace_back(Data{false, &ledger}); }
 };
 
 constexpr korvane_status_t status_after_deletion = 77;
@@ -30,13 +41,13 @@ korvane_status_t living_surface(
     const double *uv, double *xyz, double *, double *, double *, double *, double *, void *user_data)
 {
     write(xyz, uv[0], uv[1], 1);
-    return static_cast<const Data *>(user_data)->deleted == 0 ? STATUS_OK : status_after_deletion;
+    return static_cast<const Data *>(user_data)->deleted ? status_after_deletion : STATUS_OK;
 }
 
 korvane_status_t living_curve(double t, double *uv, double *, double *, void *user_data)
 {
     write(uv, t, t);
-    return static_cast<const Data *>(user_data)->deleted == 0 ? STATUS_OK : status_after_deletion;
+    return static_cast<const Data *>(user_data)->deleted ? status_after_deletion : STATUS_OK;
 }
 
 korvane_status_t location(double t, double *uv, double *, double *, void *)
@@ -69,29 +80,41 @@ Object &unit(Object &object)
     return object.owner == nullptr ? object : unit(*object.owner);
 }
 
-void end(Object &unit);
-
-void give_back(Object &object)
+/// True if that was the last reference: the unit has to end.
+bool loses_last_reference(Object &unit)
 {
-    Object &counted = unit(object);
-    if (!counted.ended && --counted.count <= 0)
-        end(counted);
+    return !unit.ended && --unit.count <= 0;
 }
 
+/// What an object releases goes when its delete function has returned, in the order of its release.
 void run_deletions(Object &object)
 {
     for (Object *part : object.parts)
         run_deletions(*part);
     if (object.data != nullptr)
-        ++object.data->expected;
-    for (Object *held : object.held)
-        give_back(*held);
+        object.data->ledger->expected.push_back(object.data);
+    std::vector<Object *> released;
+    for (Object *held : object.held) {
+        Object &counted = unit(*held);
+        if (!loses_last_reference(counted))
+            continue;
+        counted.ended = true;
+        released.push_back(&counted);
+    }
+    for (Object *each : released)
+        run_deletions(*each);
 }
 
 void end(Object &ended)
 {
     ended.ended = true;
     run_deletions(ended);
+}
+
+void give_back(Object &object)
+{
+    if (Object &counted = unit(object); loses_last_reference(counted))
+        end(counted);
 }
 
 class Machine {
@@ -165,8 +188,7 @@ class Machine {
     /// Everything that the client can see must be as the model says.
     void check()
     {
-        for (const Data &each : data)
-            ASSERT_EQ(each.deleted, each.expected);
+        ASSERT_EQ(ledger.deletions, ledger.expected);
         for (Object &object : objects) {
             if (unit(object).ended)
                 continue;
@@ -233,7 +255,6 @@ class Machine {
         korvane_cad_face_delete(object.face);
         korvane_cad_edge_delete(object.edge);
     }
-    Data &new_data() { return data.emplace_back(Data{0, 0, &data}); }
 
     // -- Operations
 
@@ -250,7 +271,7 @@ class Machine {
         if (model == nullptr)
             return;
         Object face;
-        face.data = &new_data();
+        face.data = &Data::make(ledger);
         face.face = korvane_cad_face_new(model->cad, 1, living_surface, face.data);
         korvane_cad_face_set_delete_function(face.face, Data::remove);
         korvane_cad_face_set_clone_function(face.face, Data::clone);
@@ -262,7 +283,7 @@ class Machine {
         if (face == nullptr)
             return;
         Object edge;
-        edge.data = &new_data();
+        edge.data = &Data::make(ledger);
         edge.edge = korvane_cad_edge_new(face->face, 1, 0, 1, living_curve, edge.data);
         korvane_cad_edge_set_delete_function(edge.edge, Data::remove);
         korvane_cad_edge_set_clone_function(edge.edge, Data::clone);
@@ -359,7 +380,7 @@ class Machine {
         for (Object *held : copy.held)
             ++unit(*held).count;
         copy.face = korvane_cad_face_new_copy(original->face);
-        copy.data = original->data == nullptr ? nullptr : &data.back();
+        copy.data = original->data == nullptr ? nullptr : &ledger.data.back();
         record(std::move(copy));
     }
     void copy_edge()
@@ -374,7 +395,7 @@ class Machine {
         if (copy.source != nullptr) // for good
             ++unit(*copy.source).count;
         copy.edge = korvane_cad_edge_new_copy(original->edge);
-        copy.data = original->data == nullptr ? nullptr : &data.back();
+        copy.data = original->data == nullptr ? nullptr : &ledger.data.back();
         // The copy of an edge takes over the own counter of the original.
         record(std::move(copy)).count = original->count;
     }
@@ -487,7 +508,7 @@ class Machine {
     std::mt19937 random;
     std::array<korvane_context_t *, 2> contexts{};
     std::deque<Object> objects;
-    std::deque<Data> data;
+    Ledger ledger;
 };
 
 TEST(LifetimeModel, RandomSequencesEndAsTheCountingRulesSay)

@@ -236,12 +236,66 @@ TEST_F(Lifetime, AModelMayHoldTheLastReferenceToAnother)
             EXPECT_EQ(log, "");
             if (!with_context) {
                 korvane_cad_delete(holder);
-                EXPECT_EQ(log, "12s") << "the other model goes when this one is through";
+                EXPECT_EQ(log, "1s2") << "the other model goes where the derived face stands";
             }
             korvane_context_delete(other);
-            EXPECT_EQ(log, with_context && !source_is_older ? "s12" : "12s");
+            EXPECT_EQ(log, with_context && !source_is_older ? "s12" : "1s2");
         }
     }
+}
+
+TEST_F(Lifetime, WhatAModelReleasesGoesBeforeItsNextFace)
+{
+    korvane_cad_t *models[] = {cad, korvane_cad_new(context), korvane_cad_new(context)};
+    korvane_cad_face_t *x = noted_face(models[0], "x");
+    korvane_cad_face_t *a = noted_face(models[1], "a");
+    korvane_cad_face_delete(derive(models[1], x));
+    korvane_cad_face_delete(noted_face(models[1], "b"));
+    korvane_cad_face_delete(noted_face(models[2], "1"));
+    korvane_cad_face_delete(derive(models[2], a));
+    korvane_cad_face_t *last = noted_face(models[2], "2");
+    for (korvane_cad_t *model : models)
+        korvane_cad_delete(model);
+    EXPECT_EQ(log, "");
+    korvane_cad_face_delete(last);
+    EXPECT_EQ(log, "1axb2");
+}
+
+/// The other model goes while this one is ending: that one's delete functions may still use its handles.
+TEST_F(Lifetime, DeleteFunctionsMayGiveBackHandlesOfTheModelThatReleasedTheirs)
+{
+    for (const bool with_context : {false, true}) {
+        log.clear();
+        korvane_context_t *other = korvane_context_new();
+        korvane_cad_t *source_model = korvane_cad_new(other);
+        korvane_cad_t *holder = korvane_cad_new(other);
+        korvane_cad_face_t *first = noted_face(holder, "1");
+        korvane_cad_face_t *source = noted_face(source_model, "s", [&] {
+            EXPECT_EQ(got(korvane_cad_face_get_cad, first), holder);
+            EXPECT_EQ(got(korvane_cad_get_face_count, holder), 2);
+            korvane_cad_face_delete(first);
+        });
+        korvane_cad_face_delete(derive(holder, source));
+        korvane_cad_delete(source_model);
+        if (!with_context) {
+            korvane_cad_face_delete(first);
+            korvane_cad_delete(holder);
+            EXPECT_EQ(log, "1s");
+        }
+        korvane_context_delete(other);
+        EXPECT_EQ(log, "1s");
+    }
+}
+
+TEST_F(Lifetime, WhatHasGoneInAModelThatIsEndingIsOutOfUse)
+{
+    korvane_cad_face_t *derived = derive(cad, korvane_cad_face_clone(new_face()));
+    noted_face(cad, "2", [&] {
+        EXPECT_EQ(evaluate(derived, one).status, STATUS_ERROR);
+        korvane_cad_face_delete(korvane_cad_face_new_copy(derived));
+    });
+    delete_context();
+    EXPECT_EQ(log, "2");
 }
 
 TEST_F(Lifetime, ModelsThatHoldEachOtherGoWithTheirContext)
@@ -421,6 +475,26 @@ TEST_F(Lifetime, DeleteFunctionsMayDeleteAnotherContext)
     noted_face(cad, "2");
     delete_context();
     EXPECT_EQ(log, "1s2");
+}
+
+/// In place of the library's delete function of a face that is derived from a model of that context.
+TEST_F(Lifetime, ReplacedDeleteFunctionsMayDeleteTheContextOfTheSource)
+{
+    korvane_context_t *other = korvane_context_new();
+    korvane_cad_face_t *source = noted_face(korvane_cad_new(other), "s");
+    korvane_cad_face_t *derived = derive(cad, source);
+    static korvane_context_t *context_of_source;
+    static std::string *log_of_test;
+    context_of_source = other;
+    log_of_test = &log;
+    korvane_cad_face_set_delete_function(derived, [](void *user_data) {
+        korvane_context_delete(context_of_source);
+        *log_of_test += "d";
+        std::free(user_data);
+    });
+    noted_face(cad, "2");
+    delete_context();
+    EXPECT_EQ(log, "sd2") << "the model goes with its context, not later";
 }
 
 TEST_F(Lifetime, WhatADeleteFunctionReleasesGoesInTheOrderOfItsRelease)

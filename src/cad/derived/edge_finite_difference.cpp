@@ -123,8 +123,7 @@ korvane_cad_edge_t *korvane_cad_edge_new0(korvane_cad_face_t *face, uint32_t id,
     put_flag(edge->flags, EDGE_APPROXIMATE_DERIVATIVES, true);
     edge->curve = evaluate;
     edge->curve_user_data = record.release();
-    edge->delete_function = release_record<FiniteDifference>;
-    edge->clone_function = copy_record<FiniteDifference>;
+    take_care(*edge, release_record<FiniteDifference>, copy_record<FiniteDifference>);
     return place(std::move(edge), face);
 }
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cad/accessors.h"
+#include "cad/derived/plain_record.h"
 #include "cad/lifetime.h"
 #include "common/array.h"
 #include "common/memory.h"
@@ -250,8 +251,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_newton1_with_ea(korvane_cad_face_t *fac
     edge->tmax = polyline->s[static_cast<std::size_t>(n) - 1];
     edge->curve = evaluate;
     edge->curve_user_data = polyline.release();
-    edge->delete_function = release_polyline;
-    edge->clone_function = clone;
+    take_care(*edge, release_polyline, clone);
     edge->origin_function = edges != nullptr && params != nullptr ? find_origin : nullptr;
     return place(std::move(edge), face);
 }

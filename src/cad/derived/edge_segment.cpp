@@ -54,8 +54,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_segment(
     edge->tmax = 1;
     edge->curve = evaluate;
     edge->curve_user_data = record.release();
-    edge->delete_function = release_record<Segment>;
-    edge->clone_function = copy_record<Segment>;
+    take_care(*edge, release_record<Segment>, copy_record<Segment>);
     return place(std::move(edge), face);
 }
 

@@ -99,8 +99,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t *face, korv
     edge->flags = source->flags & EDGE_APPROXIMATE_DERIVATIVES;
     edge->curve = evaluate;
     edge->curve_user_data = record.release();
-    edge->delete_function = release_record<EdgeTransformation>;
-    edge->clone_function = clone;
+    take_care(*edge, release_record<EdgeTransformation>, clone);
     edge->origin_function = find_origin;
     return place(std::move(edge), face);
 }

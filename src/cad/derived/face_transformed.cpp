@@ -131,8 +131,7 @@ korvane_cad_face_t *korvane_cad_face_new_pafftrans(korvane_cad_t *cad, korvane_c
     face->id = id;
     face->surface = evaluate;
     face->surface_user_data = record.release();
-    face->delete_function = release_transformation;
-    face->clone_function = clone;
+    take_care(*face, release_transformation, clone);
     face->origin_function = find_origin;
     face->source = source;
     return place(std::move(face), cad);

@@ -1,11 +1,21 @@
-// The release and the copy of user data records that own nothing.
+// The user data records of derived objects: what releases and copies them. Both functions are given for
+// records that own nothing.
 #pragma once
 
 #include <type_traits>
 
+#include "cad/records.h"
 #include "common/memory.h"
 
 namespace korvane {
+
+inline void take_care(Care &care, korvane_user_data_delete_t release, korvane_user_data_clone_t clone)
+{
+    care.delete_function = release;
+    care.clone_function = clone;
+    care.library_deletes = true;
+    care.library_clones = true;
+}
 
 template <class Record>
 void release_record(void *user_data)

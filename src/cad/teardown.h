@@ -1,0 +1,13 @@
+// The end of units of lifetime: delete functions in their order, then the records. When it begins is the
+// business of lifetime.cpp.
+#pragma once
+
+#include "cad/records.h"
+
+namespace korvane {
+
+/// Ends a unit, and what loses its last reference thereby. A unit whose last reference is given back by the
+/// library's own delete function of a derived object waits for that function to return.
+void end_unit(const Unit &unit);
+
+} // namespace korvane
