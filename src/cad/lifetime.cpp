@@ -127,6 +127,7 @@ korvane_status_t make_room(korvane_cad_face_t &face)
 template <class Object, class Owner>
 korvane_status_t attach_to(Object &object, bool has_owner, Owner &owner)
 {
+    // An object that has an owner is refused, because two owners would both free it.
     if (has_owner || !is_alive(object))
         return STATUS_ERROR;
     TRY(make_room(owner));

@@ -95,6 +95,9 @@ void take_out_of_use(korvane_cad_edge_t &edge)
         return korvane_status_t{STATUS_ERROR};
     };
     edge.curve_user_data = nullptr;
+    edge.curve3d = nullptr;
+    edge.curve3d_user_data = nullptr;
+    edge.support_vertices.reset();
     edge.delete_function = nullptr;
     edge.clone_function = nullptr;
 }
@@ -207,6 +210,16 @@ void go(Ended &unit)
 }
 
 } // namespace
+
+void withdraw(korvane_cad_face_t &face)
+{
+    go(face);
+}
+
+void withdraw(korvane_cad_edge_t &edge)
+{
+    go(edge);
+}
 
 void end_unit(const Unit &unit)
 {

@@ -10,4 +10,8 @@ namespace korvane {
 /// library's own delete function of a derived object waits for that function to return.
 void end_unit(const Unit &unit);
 
+/// Takes back a free-standing object that nobody has seen, without its delete function.
+void withdraw(korvane_cad_face_t &face);
+void withdraw(korvane_cad_edge_t &edge);
+
 } // namespace korvane

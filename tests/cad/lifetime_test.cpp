@@ -356,6 +356,41 @@ TEST_F(Lifetime, WhatWasDerivedElsewhereOutlivesTheContextOfItsSource)
     korvane_cad_face_delete(face);
 }
 
+TEST_F(Lifetime, APinnedEdgeThatHasGoneIsNoOriginalAndHasNo3dCurve)
+{
+    korvane_cad_face_t *face = korvane_cad_face_new_copy(new_face());
+    korvane_cad_edge_t *source = new_edge(new_face());
+    korvane_cad_edge_set_curve3d(
+        source, [](double, double *, void *) { return korvane_status_t{STATUS_OK}; }, nullptr);
+    korvane_cad_edge_t *polyline = polyline_of(face, {source, source});
+    korvane_cad_edge_t *original = nullptr;
+    double t = 0;
+    EXPECT_EQ(
+        korvane_cad_edge_get_original_geometry(polyline, 0, &original, &t, nullptr, nullptr), STATUS_OK);
+    EXPECT_EQ(original, source);
+    delete_context();
+    original = nullptr;
+    EXPECT_EQ(
+        korvane_cad_edge_get_original_geometry(polyline, 0, &original, &t, nullptr, nullptr), STATUS_ERROR);
+    EXPECT_EQ(original, nullptr);
+    EXPECT_EQ(got(korvane_cad_edge_has_curve3d, source), 0) << "its record is pinned";
+    korvane_cad_edge_delete(polyline);
+    korvane_cad_face_delete(face);
+}
+
+TEST_F(Lifetime, APinnedEdgeThatHasGoneHasNoShareInSupportVertices)
+{
+    korvane_cad_edge_t *source = new_edge(new_face());
+    korvane_cad_edge_set_support_vertex_count(source, 1);
+    korvane_cad_edge_t *copy = korvane_cad_edge_new_copy(source);
+    korvane_cad_edge_t *pinning = derive(nullptr, source);
+    EXPECT_EQ(copy->support_vertices->share_count, 2);
+    delete_context();
+    EXPECT_EQ(copy->support_vertices->share_count, 1);
+    korvane_cad_edge_delete(copy);
+    korvane_cad_edge_delete(pinning);
+}
+
 TEST_F(Lifetime, ADerivedFaceSurvivesASourceThatIsReleasedOnceTooOften)
 {
     korvane_cad_face_t *source = korvane_cad_face_new_copy(noted_face(cad, "s"));

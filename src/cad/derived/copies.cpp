@@ -1,23 +1,25 @@
 // Copies of faces, edges and points.
 //
-// Plain values are copied as one struct, what is owned one by one, and the user data last, so that a failure
-// leaves nothing behind.
+// Plain values are copied as one struct and what is owned one by one. The user data come last, when the copy
+// stands for itself: a clone function of the client may give back the last handle of the original.
 #include <utility>
 
 #include "cad/lifetime.h"
+#include "cad/teardown.h"
 #include "common/memory.h"
 
 namespace korvane {
 
 namespace {
 
-/// Without a clone function the user data are shared. False if they cannot be copied.
-[[nodiscard]] bool try_copy_user_data(korvane_user_data_clone_t function, void *&user_data)
+/// Without a clone function the user data are shared. False if the library's own could not be copied; what a
+/// client's function gives is taken as it is.
+[[nodiscard]] bool try_copy_user_data(const Care &care, void *&user_data)
 {
-    if (function == nullptr)
+    if (care.clone_function == nullptr)
         return true;
-    void *original = std::exchange(user_data, function(user_data));
-    return user_data != nullptr || original == nullptr;
+    user_data = care.clone_function(user_data);
+    return user_data != nullptr || !care.library_clones;
 }
 
 template <class Object>
@@ -47,9 +49,11 @@ korvane_cad_face_t *korvane_cad_face_new_copy(const korvane_cad_face_t *face)
     static_cast<FaceValues &>(*copy) = *face;
     put_flag(copy->flags, FACE_ATTACHED, false);
     copy->source = face->source;
-    if (!try_copy_user_data(copy->clone_function, copy->surface_user_data))
-        return nullptr;
-    return place(std::move(copy), nullptr);
+    korvane_cad_face_t *placed = place(std::move(copy), nullptr);
+    if (try_copy_user_data(*placed, placed->surface_user_data))
+        return placed;
+    withdraw(*placed);
+    return nullptr;
 }
 
 korvane_cad_edge_t *korvane_cad_edge_new_copy(const korvane_cad_edge_t *edge)
@@ -63,9 +67,11 @@ korvane_cad_edge_t *korvane_cad_edge_new_copy(const korvane_cad_edge_t *edge)
     static_cast<EdgeValues &>(*copy) = *edge;
     put_flag(copy->flags, EDGE_ATTACHED, false);
     copy->support_vertices = share(edge->support_vertices);
-    if (!try_copy_user_data(copy->clone_function, copy->curve_user_data))
-        return nullptr;
-    return place_copy(std::move(copy), *edge);
+    korvane_cad_edge_t *placed = place_copy(std::move(copy), *edge);
+    if (try_copy_user_data(*placed, placed->curve_user_data))
+        return placed;
+    withdraw(*placed);
+    return nullptr;
 }
 
 korvane_status_t korvane_cad_face_clone_points(const korvane_cad_face_t *face, korvane_cad_face_t *target)

@@ -12,6 +12,7 @@
 #include "cad/accessors.h"
 #include "cad/derived/plain_record.h"
 #include "cad/lifetime.h"
+#include "cad/units.h"
 #include "common/array.h"
 #include "common/memory.h"
 
@@ -125,8 +126,10 @@ korvane_status_t find_origin(
     if (polyline.run_count == 0) // a copy, which has this hook but no runs
         return STATUS_ERROR;
     const Interval segment = find_segment(polyline, t);
-    if (edge != nullptr)
-        *edge = polyline.run_edges[find_run(polyline, segment.lo)];
+    korvane_cad_edge_t *run_edge = polyline.run_edges[find_run(polyline, segment.lo)];
+    if (!is_alive(*run_edge))
+        return STATUS_ERROR;
+    put_output(edge, run_edge);
     // Kept on purpose: no interval without the parameter, because it belongs to the parameter.
     if (t_out == nullptr)
         return STATUS_OK;

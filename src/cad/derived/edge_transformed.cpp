@@ -85,7 +85,8 @@ korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t *face, korv
     Owned<EdgeTransformation> record = create_owned<EdgeTransformation>();
     if (!edge || !record || !try_assign(edge->sources, &source, 1))
         return nullptr;
-    // The identifiers come before the edge is placed, so that a failure leaves nothing behind.
+    // The identifiers come before the edge is placed, so that a failure leaves nothing behind: no edge, and
+    // the reference to the source still with the caller.
     edge->original_ids = try_derive(source->original_ids.get(), source->id);
     if (!edge->original_ids)
         return nullptr;

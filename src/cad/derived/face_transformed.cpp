@@ -118,7 +118,8 @@ korvane_cad_face_t *korvane_cad_face_new_pafftrans(korvane_cad_t *cad, korvane_c
     Owned<FaceTransformation> record = create_owned<FaceTransformation>();
     if (!face || !record)
         return nullptr;
-    // The identifiers come before the face is placed, so that a failure leaves nothing behind.
+    // The identifiers come before the face is placed, so that a failure leaves nothing behind: no face, and
+    // the reference to the source still with the caller.
     face->original_ids = try_derive(source->original_ids.get(), source->id);
     // Kept on purpose: no list takes the copies of the points, because the new face has none.
     if (!face->original_ids ||
