@@ -17,7 +17,8 @@
  * a count of n means valid indices 1..n.
  *
  * Units. Coordinates, parameters and measures are doubles in the client's unit of length; angles are in
- * degrees; identifiers, counts, tags and flags are 32-bit signed integers.
+ * degrees; identifiers, counts, tags and flags are 32-bit integers: signed, but for the identifiers and tags
+ * of CAD faces, edges and points.
  *
  * Statuses. Nearly every function returns a status: ::STATUS_OK, ::STATUS_ERROR or ::STATUS_NOMEM. A function
  * that forwards to a client callback returns the callback's status unchanged, so client-defined codes can be
@@ -859,11 +860,11 @@ KORVANE_API korvane_status_t korvane_mesh_compute_topological_statistics(const k
  *   a face or edge is made or copied without an owner  starts at 1 (Kept on purpose: the copy of an edge
  *                                                      starts at the edge's own counter instead: that of a
  *                                                      free-standing edge as it is, 1 for one made on a face,
- *                                                      0 for one that was attached, which goes with its one
- *                                                      handle all the same)
+ *                                                      0 for one that was attached, which goes with the first
+ *                                                      handle that is given back)
  *   a free-standing object is attached                 1 more, and the object's own counter is forgotten: of
  *                                                      all references to it and its edges, one remains to be
- *                                                      given back
+ *                                                      given back, so give back the others before
  *   korvane_cad_face_clone, korvane_cad_edge_clone     1 more
  *   korvane_cad_delete, _face_delete, _edge_delete     1 less
  *   a face is derived from another                     takes over one reference that the caller holds on the
@@ -881,8 +882,10 @@ KORVANE_API korvane_status_t korvane_mesh_compute_topological_statistics(const k
  *
  * When a unit goes, first all delete functions run, once each, in the order of the faces: those of a face's
  * edges, then its own. Meanwhile every face and edge of the unit still exists, references that are given back
- * to the unit have no effect, and nothing can be added to it. Other units whose last reference a derived face
- * or edge gives back thereby go after that; what a delete function of the client deletes goes at once.
+ * to the unit have no effect, and nothing can be added to it: making or attaching fails. Another unit whose
+ * last reference a derived face or edge gives back goes in the same way, before the next delete function of
+ * the first runs. Records are freed when all of them are through. A context ends its models newest first;
+ * their delete functions must not use handles of newer models of that context.
  * -------------------------------------------------------------------------------------------------- */
 
 /** Creates an empty model. Null for a null context, or if memory runs out. */
@@ -921,8 +924,8 @@ KORVANE_API korvane_status_t korvane_cad_get_thread_safety(const korvane_cad_t *
 /** @} */
 
 /**
- * Hands a tag system over to the model, which deletes it with itself. One that was set before is forgotten,
- * neither deleted nor returned.
+ * Hands a tag system over to the model, which deletes it with itself: the client must neither delete it nor
+ * hand it to another object. One that was set before is forgotten, neither deleted nor returned.
  */
 KORVANE_API korvane_status_t korvane_cad_set_tag_system(korvane_cad_t *cad, korvane_tag_system_t *tag_system);
 
@@ -967,7 +970,7 @@ typedef korvane_status_t (*korvane_cad_surface_t)(const double uv[2], double xyz
 /** Frees the user data of a face or edge, when the face or edge goes. */
 typedef void (*korvane_user_data_delete_t)(void *user_data);
 
-/** Makes the user data for a copy of a face or edge. Null for data that are not null reports a failure. */
+/** Makes the user data for a copy of a face or edge; what it returns is stored, be it null. */
 typedef void *(*korvane_user_data_clone_t)(void *user_data);
 
 /**
@@ -1050,9 +1053,9 @@ KORVANE_API korvane_status_t korvane_cad_face_get_surface_parametric_range(
 
 /**
  * Clamps the parameters in `uv` into the range, except in periodic directions, and counts in `clamp_count`
- * (which may be null) how often: a parameter outside an inverted range (umin > umax) is clamped to both ends
- * in turn. Values that are not numbers stay. Without a range nothing is written, not even the count. `uv`
- * must not be null (not checked).
+ * (which may be null) how often: a parameter below umin of an inverted range (umin > umax) is clamped to umin
+ * and then to umax, and counts twice. Values that are not numbers stay. Without a range nothing is written,
+ * not even the count. `uv` must not be null (not checked).
  */
 KORVANE_API korvane_status_t korvane_cad_face_check_point_parametric_range(
     const korvane_cad_face_t *face, double uv[2], int32_t *clamp_count);
@@ -1254,7 +1257,8 @@ KORVANE_API korvane_status_t korvane_cad_edge_set_clone_function(
  * Sets the number of support vertices: sample points along the edge, given by the client. Those up to the
  * smaller number are kept, new ones hold any values until they are set. Support vertices shared with the copy
  * of an edge, or its original, stay behind: this edge begins anew without any. STATUS_ERROR for a null edge
- * or a negative number, STATUS_NOMEM, the number then staying as it was, if memory runs out.
+ * or a negative number, STATUS_NOMEM if memory runs out: the number then stays as it was, or falls to what is
+ * still held.
  */
 KORVANE_API korvane_status_t korvane_cad_edge_set_support_vertex_count(
     korvane_cad_edge_t *edge, int32_t count);
@@ -1382,7 +1386,7 @@ KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new0(korvane_cad_face_t *face, 
 /**
  * Copies a face, or an edge, into a free-standing one. The user data are copied by the clone function, or
  * shared if there is none. A face is copied without its edges and points; an edge shares its support vertices
- * until either sets them. Null for null, or if memory or the clone function fails.
+ * until either sets them. Null for null, or if memory runs out.
  * @{
  */
 KORVANE_API korvane_cad_face_t *korvane_cad_face_new_copy(const korvane_cad_face_t *face);
