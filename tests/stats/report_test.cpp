@@ -2,13 +2,18 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdio>
+#include <random>
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "common/vec3.h"
 #include "expected_reports.h"
 #include "mesh/mesh.h"
 #include "mesh_data.h"
+#include "stats/running_statistics.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
 
@@ -265,6 +270,101 @@ TEST(Report, ObeysAReplacedCallback)
         },
         nullptr);
     EXPECT_EQ(value_of(keyed(context, mesh, "part"), "surface_edges.length.max"), "2.236068e+00");
+}
+
+/// The distinct edges of elements, in the order in which the pairs of corners are met.
+class ModelEdges {
+  public:
+    template <class Elements>
+    void add(const Elements &elements, const std::vector<std::pair<size_t, size_t>> &pairs)
+    {
+        for (const auto &element : elements)
+            for (const auto &[a, b] : pairs)
+                if (known.insert(std::minmax(element[a], element[b])).second)
+                    edges.push_back({element[a], element[b]});
+    }
+
+    RunningStatistics lengths(const MeshData &data) const
+    {
+        RunningStatistics statistics;
+        int32_t number = 0;
+        for (const auto &[a, b] : edges) {
+            const auto &[px, py, pz] = data.points[static_cast<size_t>(a) - 1];
+            const auto &[qx, qy, qz] = data.points[static_cast<size_t>(b) - 1];
+            statistics.add(norm(Vec3{qx - px, qy - py, qz - pz}), ++number);
+        }
+        return statistics;
+    }
+
+    std::vector<std::array<int32_t, 2>> edges;
+
+  private:
+    std::set<std::pair<int32_t, int32_t>> known;
+};
+
+void expect_statistics(const Texts &texts, const std::string &label, const RunningStatistics &expected)
+{
+    const auto real = [](double value) {
+        char text[64];
+        std::snprintf(text, sizeof text, "%e", value);
+        return std::string(text);
+    };
+    EXPECT_EQ(value_of(texts, label + ".min"), real(expected.minimum));
+    EXPECT_EQ(value_of(texts, label + ".max"), real(expected.maximum));
+    EXPECT_EQ(value_of(texts, label + ".avg"), real(expected.mean()));
+    EXPECT_EQ(value_of(texts, label + ".var"), real(expected.variance()));
+    EXPECT_EQ(value_of(texts, label + ".count"), std::to_string(expected.count));
+    EXPECT_EQ(value_of(texts, label + ".min_achieved"), std::to_string(expected.minimum_element));
+    EXPECT_EQ(value_of(texts, label + ".max_achieved"), std::to_string(expected.maximum_element));
+}
+
+/// Elements between any points, which are often degenerate.
+MeshData random_soup(std::mt19937 &generator)
+{
+    MeshData data;
+    data.points.resize(60);
+    data.triangles.resize(500);
+    data.quadrangles.resize(300);
+    data.tetrahedra.resize(400);
+    std::uniform_real_distribution<double> coordinate(-1, 1);
+    std::uniform_int_distribution<int32_t> vertex(1, 60);
+    const auto draw = [&](auto &elements, auto &distribution) {
+        for (auto &element : elements)
+            for (auto &value : element)
+                value = distribution(generator);
+    };
+    draw(data.points, coordinate);
+    draw(data.triangles, vertex);
+    draw(data.quadrangles, vertex);
+    draw(data.tetrahedra, vertex);
+    return data;
+}
+
+TEST(Report, OfRandomSoupsAgreesWithModels)
+{
+    std::mt19937 generator(1);
+    for (int round = 0; round < 5; ++round) {
+        const MeshData data = random_soup(generator);
+        RecordingContext context;
+        const StoredMesh mesh(context, data);
+        const Texts texts = keyed(context, mesh, "part");
+
+        RunningStatistics ratios;
+        for (uint32_t i = 1; i <= data.tetrahedra.size(); ++i) {
+            double ratio = 0;
+            korvane_mesh_get_tetrahedron_aspect_ratio(mesh, i, &ratio);
+            ratios.add(ratio, static_cast<int32_t>(i));
+        }
+        expect_statistics(texts, "tetrahedron.aspect_ratio", ratios);
+
+        ModelEdges surface;
+        surface.add(data.triangles, {{0, 1}, {1, 2}, {2, 0}});
+        surface.add(data.quadrangles, {{0, 1}, {1, 2}, {2, 3}, {3, 0}});
+        expect_statistics(texts, "surface_edges.length", surface.lengths(data));
+        ModelEdges volume;
+        volume.add(data.tetrahedra, {{0, 2}, {2, 1}, {1, 0}, {0, 3}, {3, 2}, {1, 3}});
+        expect_statistics(texts, "volume_edges.length", volume.lengths(data));
+    }
 }
 
 TEST(Report, AsksPerMeasureAndElementForVerticesAndCoordinates)
