@@ -159,7 +159,13 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         return Key::bucket(key, static_cast<uint32_t>(bucket_count));
     }
 
-    void prefetch_entry(int32_t identifier) const { prefetch(&keys[static_cast<std::size_t>(identifier)]); }
+    /// Both ends of it, which may lie in two cache lines.
+    void prefetch_entry(int32_t identifier) const
+    {
+        const Entry *entry = &keys[static_cast<std::size_t>(identifier)];
+        prefetch(entry);
+        prefetch(reinterpret_cast<const char *>(entry + 1) - 1);
+    }
 
     [[nodiscard]] bool try_insert_group(std::span<const value_type> group, int32_t *identifiers)
     {
