@@ -78,25 +78,29 @@ void append_achieved(TextBuffer<line_capacity> &text, const char *format, const 
 
 /// Measures the elements 1..element_count and reports under the label. The edge form passes the set of the
 /// edges on to both operations.
-template <auto measure, auto element_vertices, std::size_t values_per_element,
-    std::size_t vertices_per_element, class... Set>
+template <auto measure, auto element_vertices, class... Set>
 void statistics_accumulate(const korvane_mesh_t *mesh, int32_t element_count, const char *label,
     bool machine_readable, const Set &...set)
 {
-    static_assert(values_per_element <= vertices_per_element);
-    std::array<double, vertices_per_element> results{};
+    constexpr std::size_t values_per_element = measure.values_per_element;
+    std::array<double, measure_block_size * values_per_element> results;
     RunningStatistics statistics;
-    for (uint32_t i = 1; i <= static_cast<uint32_t>(element_count); ++i) {
-        measure(mesh, i, results.data(), set...);
-        for (std::size_t k = 0; k < values_per_element; ++k)
-            statistics.add(results[k], static_cast<int32_t>(i));
+    const auto count = static_cast<uint32_t>(element_count);
+    for (uint32_t done = 0; done < count;) {
+        const uint32_t block = std::min(count - done, measure_block_size);
+        measure.measure_block(mesh, done + 1, block, results.data(), set...);
+        for (std::size_t i = 0; i < block; ++i) {
+            ++done;
+            for (std::size_t k = 0; k < values_per_element; ++k)
+                statistics.add(results[i * values_per_element + k], static_cast<int32_t>(done));
+        }
     }
     if (machine_readable) {
         send_keyed(mesh, label, statistics);
         return;
     }
     send_readable(mesh, label, statistics, [&](TextBuffer<line_capacity> &text) {
-        constexpr auto append = append_achieved<element_vertices, vertices_per_element, Set...>;
+        constexpr auto append = append_achieved<element_vertices, measure.vertices_per_element, Set...>;
         append(text, "     min achieved for %i :", mesh, statistics.minimum_element, set...);
         append(text, "     max achieved for %i :", mesh, statistics.maximum_element, set...);
     });
@@ -115,28 +119,28 @@ struct ElementGroup {
 
 constexpr MeasureRow triangle_measures[] = {
     {"VALID.%s.triangle.aspect_ratio", "triangle aspect ratio",
-        statistics_accumulate<quality_triangle_aspect_ratio, korvane_mesh_get_triangle_vertices, 1, 3>},
+        statistics_accumulate<quality_triangle_aspect_ratio, korvane_mesh_get_triangle_vertices>},
     {"VALID.%s.triangle.angles", "triangle angles",
-        statistics_accumulate<quality_triangle_angles, korvane_mesh_get_triangle_vertices, 3, 3>},
+        statistics_accumulate<quality_triangle_angles, korvane_mesh_get_triangle_vertices>},
 };
 
 constexpr MeasureRow quadrangle_measures[] = {
     {"VALID.%s.quadrangle.aspect_ratio", "quadrangle aspect ratio",
-        statistics_accumulate<quality_quadrangle_aspect_ratio, korvane_mesh_get_quadrangle_vertices, 1, 4>},
+        statistics_accumulate<quality_quadrangle_aspect_ratio, korvane_mesh_get_quadrangle_vertices>},
     {"VALID.%s.quadrangle.angles", "quadrangle angles",
-        statistics_accumulate<quality_quadrangle_angles, korvane_mesh_get_quadrangle_vertices, 4, 4>},
+        statistics_accumulate<quality_quadrangle_angles, korvane_mesh_get_quadrangle_vertices>},
     {"VALID.%s.quadrangle.planarity", "quadrangle planarity",
-        statistics_accumulate<quality_quadrangle_planarity, korvane_mesh_get_quadrangle_vertices, 1, 4>},
+        statistics_accumulate<quality_quadrangle_planarity, korvane_mesh_get_quadrangle_vertices>},
 };
 
 constexpr MeasureRow tetrahedron_measures[] = {
     {"VALID.%s.tetrahedron.aspect_ratio", "tetrahedron aspect ratio",
-        statistics_accumulate<quality_tetrahedron_aspect_ratio, korvane_mesh_get_tetrahedron_vertices, 1, 4>},
+        statistics_accumulate<quality_tetrahedron_aspect_ratio, korvane_mesh_get_tetrahedron_vertices>},
 };
 
 constexpr MeasureRow hexahedron_measures[] = {
     {"VALID.%s.hexahedron.aspect_ratio", "hexahedron aspect ratio",
-        statistics_accumulate<quality_hexahedron_aspect_ratio, korvane_mesh_get_hexahedron_vertices, 1, 8>},
+        statistics_accumulate<quality_hexahedron_aspect_ratio, korvane_mesh_get_hexahedron_vertices>},
 };
 
 /// Pyramids are counted but never measured.
@@ -251,7 +255,7 @@ void report_edges(const korvane_mesh_t *mesh, const char *name, const vertex_pai
     if (edges.count <= 0)
         return;
     const auto label = label_for(name, keyed_label, readable_label);
-    statistics_accumulate<quality_edge_length, quality_edge_vertices, 1, 2>(
+    statistics_accumulate<quality_edge_length, quality_edge_vertices>(
         mesh, edges.count, label.c_str(), name != nullptr, edges);
 }
 

@@ -61,7 +61,7 @@ struct edge_key {
 };
 
 // Hash sets take batches, which hide the time of memory.
-constexpr std::size_t faces_per_batch = 64;
+constexpr std::size_t faces_per_batch = 128;
 constexpr std::size_t edges_per_batch = 64;
 
 class WorkStack {

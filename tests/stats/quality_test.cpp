@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -55,6 +56,7 @@ void expect_measures_of(const korvane_mesh_t *mesh, const MeshData &data)
     EXPECT_EQ(one, tetrahedron_aspect_ratio(corners_of(data, data.tetrahedra[0])));
     EXPECT_EQ(quality_hexahedron_aspect_ratio(mesh, 1, &one), STATUS_OK);
     EXPECT_EQ(one, hexahedron_aspect_ratio(corners_of(data, data.hexahedra[0])));
+    static_assert(quality_triangle_angles.values_per_element == 3);
     std::array<double, 3> three{};
     EXPECT_EQ(quality_triangle_angles(mesh, 1, three.data()), STATUS_OK);
     EXPECT_EQ(three, triangle_angles(triangle));
@@ -80,12 +82,16 @@ TEST(Quality, MeasuresStoredAndServedMeshesAlike)
 TEST(Quality, RefusesNullMeshes)
 {
     std::array<double, 4> results{-1, -1, -1, -1};
-    for (const auto measure :
-        {korvane_mesh_get_triangle_aspect_ratio, korvane_mesh_get_tetrahedron_aspect_ratio,
-            &quality_triangle_aspect_ratio, &quality_triangle_angles, &quality_quadrangle_aspect_ratio,
-            &quality_quadrangle_angles, &quality_quadrangle_planarity, &quality_tetrahedron_aspect_ratio,
-            &quality_hexahedron_aspect_ratio})
+    const auto expect_refusal = [&](auto measure) {
         EXPECT_EQ(measure(nullptr, 1, results.data()), STATUS_ERROR);
+    };
+    expect_refusal(korvane_mesh_get_triangle_aspect_ratio);
+    expect_refusal(korvane_mesh_get_tetrahedron_aspect_ratio);
+    expect_refusal(quality_triangle_angles);
+    expect_refusal(quality_quadrangle_aspect_ratio);
+    expect_refusal(quality_quadrangle_angles);
+    expect_refusal(quality_quadrangle_planarity);
+    expect_refusal(quality_hexahedron_aspect_ratio);
     EXPECT_EQ(results, (std::array<double, 4>{-1, -1, -1, -1}));
 }
 
@@ -124,6 +130,27 @@ TEST(Quality, AsksForVerticesThenForCoordinatesInTheirOrder)
     EXPECT_EQ(calls_of(quality_hexahedron_aspect_ratio),
         (Calls{"hexahedron 1", "coordinates 9", "coordinates 1", "coordinates 2", "coordinates 3",
             "coordinates 8", "coordinates 7", "coordinates 6", "coordinates 5"}));
+}
+
+TEST(Quality, BlocksAreMeasuredAsElementByElement)
+{
+    RecordingContext context;
+    MeshData data = one_of_each();
+    data.tetrahedra = {{1, 2, 3, 4}, {5, 3, 2, 1}, {0, 7, 8, 9}, {4, 3, 2, 1}, {4, 9, 8, 6}};
+    MeshServer server(data);
+    const ServedMesh served(context, server);
+    const StoredMesh stored(context, data);
+    server.notes_calls = true;
+    std::array<double, 7> single{};
+    for (uint32_t i = 0; i < single.size(); ++i) // the last two do not exist
+        quality_tetrahedron_aspect_ratio(served, i + 1, &single[i]);
+    const Calls calls = std::exchange(server.calls, {});
+    std::array<double, 7> block{};
+    quality_tetrahedron_aspect_ratio.measure_block(served, 1, block.size(), block.data());
+    EXPECT_EQ(block, single);
+    EXPECT_EQ(server.calls, calls);
+    quality_tetrahedron_aspect_ratio.measure_block(stored, 1, block.size(), block.data());
+    EXPECT_EQ(block, single);
 }
 
 TEST(Quality, PassesVertexIndicesOnAsTheyWereDelivered)
