@@ -218,7 +218,7 @@ int32_t gmf_keyword_count(
     if (file == nullptr || !gmf_is_code(code))
         return 0;
     const gmf_keyword_info_t &keyword = file->keyword(code);
-    if (keyword.kind == gmf_solution_keyword) {
+    if (gmf_row(code).reads_types()) {
         if (type_count != nullptr)
             *type_count = keyword.type_count;
         if (values_per_line != nullptr)
