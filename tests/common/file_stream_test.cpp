@@ -75,6 +75,27 @@ TEST_F(FileStreams, SeeksInsideAndOutsideOfTheBlock)
     }
 }
 
+TEST_F(FileStreams, PositionsHave64Bits)
+{
+    constexpr int64_t far = int64_t{5} << 30;
+    const std::string name = folder.write("file", "begin");
+    std::error_code failure;
+    std::filesystem::resize_file(name, far, failure); // a hole
+    if (failure)
+        GTEST_SKIP() << "no files of 5 GiB here";
+    std::ofstream(name, std::ios::app) << "end";
+    ASSERT_TRUE(stream->try_open_for_reading(name.c_str()));
+    EXPECT_EQ(stream->file_size(), far + 3);
+    std::string read(5, '!');
+    EXPECT_EQ(stream->seek(far - 1), 0);
+    EXPECT_EQ(stream->read(read.data(), 5), 4u);
+    EXPECT_EQ(read, std::string("\0end\0", 5));
+    EXPECT_EQ(stream->reading_position(), far + 3);
+    EXPECT_EQ(stream->seek(0), 0);
+    EXPECT_EQ(stream->read(read.data(), 5), 5u);
+    EXPECT_EQ(read, "begin");
+}
+
 TEST_F(FileStreams, RefusesWhatCannotBeOpenedOrHasNoSize)
 {
     EXPECT_FALSE(stream->try_open_for_reading(folder.name("absent").c_str()));
