@@ -18,11 +18,6 @@ namespace {
 
 __extension__ using wide = unsigned __int128;
 
-constexpr std::uint64_t powers_of_ten[] = {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000,
-    100'000'000, 1'000'000'000, 10'000'000'000, 100'000'000'000, 1'000'000'000'000, 10'000'000'000'000,
-    100'000'000'000'000, 1'000'000'000'000'000, 10'000'000'000'000'000, 100'000'000'000'000'000,
-    1'000'000'000'000'000'000, 10'000'000'000'000'000'000u};
-
 /// The magnitude times 10^scale, rounded to an integer.
 std::uint64_t scaled_and_rounded(std::uint64_t mantissa, int shift, int scale)
 {

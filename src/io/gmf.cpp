@@ -245,6 +245,7 @@ int32_t gmf_seek_keyword(int32_t index, int32_t code)
     gmf_file_t *file = find_file(index, code, gmf_read_mode);
     if (file == nullptr || file->keyword(code).line_count == 0)
         return 0;
+    file->block_ended = false;
     return file->stream.seek(file->keyword(code).data_position);
 }
 
@@ -256,8 +257,13 @@ int32_t gmf_read_lines(int32_t index, int32_t code, int32_t line_count, std::spa
     const gmf_keyword_info_t &keyword = file->keyword(code);
     if (keyword.values_per_line == 0)
         return line_count;
+    if (file->block_ended) {
+        clear_lines(0, line_count, columns);
+        return 0;
+    }
     const int32_t whole = file->is_binary() ? read_binary_lines(*file, keyword, line_count, columns)
                                             : read_text_lines(*file, line_count, columns);
+    file->block_ended = whole < line_count;
     clear_lines(whole + 1, line_count, columns); // of the line in between, the file had a part
     return whole;
 }

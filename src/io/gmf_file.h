@@ -41,6 +41,7 @@ struct gmf_file_t {
     int32_t mode = 0;
     int32_t kind_flags = 0;
     int32_t byte_order_code = 0;    // 1, or 0x01000000 if the file has the other byte order
+    bool block_ended = false;       // a value was missing since the last seek: there are no more lines
     bool refused = false;           // something could not be expressed in the file being written
     bool complete = false;          // the file being written has its "End"
     int64_t next_keyword_field = 0; // of the last block written, 0 if there is none

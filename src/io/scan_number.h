@@ -23,12 +23,10 @@ namespace korvane {
 
 namespace scan_detail {
 
-inline constexpr double powers_of_ten[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12,
+/// All powers of ten that are doubles.
+inline constexpr double exact_powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12,
     1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-inline constexpr int max_power = 22; // the largest power of ten that is a double
-
-inline constexpr std::uint64_t factors[] = {
-    1, 10, 100, 1000, 10'000, 100'000, 1'000'000, 10'000'000, 100'000'000};
+inline constexpr int max_power = 22;
 
 /// The first `count` of the digits, 1 to 8, at the end, behind zeros.
 inline std::uint64_t keep_digits(std::uint64_t digits, int count)
@@ -44,7 +42,7 @@ inline const char *scan_digits(const char *text, std::uint64_t &number)
         const int count = std::countr_zero(mark_others(characters)) / 8;
         if (count == 0)
             return text;
-        number = number * factors[count] + join_digits(keep_digits(to_digits(characters), count));
+        number = number * powers_of_ten[count] + join_digits(keep_digits(to_digits(characters), count));
         text += count;
         if (count < 8)
             return text;
@@ -121,8 +119,7 @@ inline const char *scan_exponent(const char *text, int64_t &exponent)
         exponent > max_power)
         return nullptr;
     const auto whole = static_cast<double>(mantissa);
-    const double magnitude =
-        exponent < 0 ? whole / powers_of_ten[-exponent] : whole * powers_of_ten[exponent];
+    const double magnitude = exponent < 0 ? whole / exact_powers[-exponent] : whole * exact_powers[exponent];
     value = negative ? -magnitude : magnitude;
     return end;
 }

@@ -43,7 +43,7 @@ class PlainNumbers {
             while (starts == 0)
                 if (!look_on())
                     return i;
-            const char *end = scan_usual(next_window - 64 + std::countr_zero(starts), values[i]);
+            const char *end = scan_usual(next_window - width + std::countr_zero(starts), values[i]);
             if (end == nullptr || !text_detail::is_blank(*end)) [[unlikely]]
                 return i;
             starts &= starts - 1;
@@ -56,22 +56,24 @@ class PlainNumbers {
     [[nodiscard]] const char *position() const { return taken; }
 
   private:
-    /// Looks at the next 64 characters; false if the text ends before them.
+    static constexpr int width = 64; // of the window, the characters that one mask tells of
+
+    /// Looks at the next window; false if the text ends before it.
     [[nodiscard]] bool look_on()
     {
         if (next_window >= limit)
             return false;
         const std::uint64_t blanks = blank_mask(next_window);
         starts = ~blanks & (blanks << 1 | after_blank);
-        after_blank = blanks >> 63;
-        next_window += 64;
+        after_blank = blanks >> (width - 1);
+        next_window += width;
         return true;
     }
 
     const char *taken;
-    const char *next_window; // the 64 characters before it are looked at now
+    const char *next_window; // the window before it is looked at now
     const char *limit;
-    std::uint64_t starts = 0;      // which of those characters begin a number that was not taken
+    std::uint64_t starts = 0;      // which characters of the window begin numbers that were not taken
     std::uint64_t after_blank = 1; // whether a number may begin with the next window
 };
 

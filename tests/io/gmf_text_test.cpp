@@ -211,6 +211,23 @@ TEST_F(GmfText, WhatIsMissingReadsAsZeros)
     gmf_close_file(index);
 }
 
+TEST_F(GmfText, ABlockThatEndedStaysEnded)
+{
+    // "inf" is no integer, so the first line is cut; it is a real, which the next line must not take.
+    const int32_t index = open(header + "Vertices 2 1 2 3 inf 5 6 7");
+    std::array<double, 3> xyz{};
+    int32_t tag = -7;
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(gmf_seek_keyword(index, gmf_vertices), 0);
+        EXPECT_EQ(gmf_read_line(index, gmf_vertices, &tag, xyz.data()), 0);
+        EXPECT_EQ(xyz, (std::array<double, 3>{1, 2, 3}));
+        EXPECT_EQ(tag, 0);
+        EXPECT_EQ(gmf_read_line(index, gmf_vertices, &tag, xyz.data()), 0);
+        EXPECT_EQ(xyz, (std::array<double, 3>{}));
+    }
+    gmf_close_file(index);
+}
+
 TEST_F(GmfText, AFileHoldsNoMoreLinesThanItHasRoomFor)
 {
     const int32_t index = open(header + "Vertices 2000000000 1 2 3 4 5");
