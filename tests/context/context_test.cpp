@@ -1,6 +1,6 @@
 #include <cstdio>
 #include <functional>
-#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -150,11 +150,22 @@ TEST(Context, IdentifiesItselfInThreeLines)
     korvane_status_t status = STATUS_ERROR;
     const std::string banner = printed_by([&] { status = korvane_context_print_ident(context); });
     EXPECT_EQ(status, STATUS_OK);
-    const std::regex lines("\\$KorvaneAPI: 1\\.4\\.0 \\(August, 2011\\)[^\\n]* \\$\n"
-                           "\\$KorvaneAPI: [^\\n]* \\$\n"
-                           "\\$KorvaneAPI: Compiled [A-Z][a-z]{2} [0-9]{1,2} [0-9]{4} "
-                           "[0-9]{2}:[0-9]{2}:[0-9]{2} GMT \\$");
-    EXPECT_TRUE(std::regex_match(banner, lines)) << banner;
+    std::istringstream lines(banner);
+    std::vector<std::string> contents;
+    const std::string opening = "$KorvaneAPI: ", closing = " $";
+    for (std::string line; std::getline(lines, line);) {
+        ASSERT_TRUE(line.starts_with(opening) && line.ends_with(closing)) << line;
+        contents.push_back(line.substr(opening.size(), line.size() - opening.size() - closing.size()));
+    }
+    ASSERT_EQ(contents.size(), 3u);
+    EXPECT_NE(banner.back(), '\n');
+    EXPECT_TRUE(contents[0].starts_with("1.4.0 (August, 2011)"));
+    char month[4] = "";
+    int day = 0, year = 0, hour = 0, minute = 0, second = 0, length = 0;
+    EXPECT_EQ(std::sscanf(contents[2].c_str(), "Compiled %3[A-Za-z] %2d %4d %2d:%2d:%2d GMT%n", month, &day,
+                  &year, &hour, &minute, &second, &length),
+        6);
+    EXPECT_EQ(static_cast<std::size_t>(length), contents[2].size()) << contents[2];
     korvane_context_delete(context);
 }
 
