@@ -40,7 +40,7 @@ class InputFile {
         : path(file_name(extension))
     {
         std::FILE *file = std::fopen(path.c_str(), "wb");
-        require(file != nullptr && std::fwrite(data, 1, size, file) == size);
+        require(file != nullptr && (size == 0 || std::fwrite(data, 1, size, file) == size));
         require(std::fclose(file) == 0);
     }
     ~InputFile() { std::remove(path.c_str()); }
