@@ -4,10 +4,13 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <korvane.h>
+
+#include "support/failing_allocations.h"
 
 namespace korvane::testing {
 
@@ -114,10 +117,14 @@ Value got(korvane_status_t (*getter)(const Object *, Value *), const Object *obj
     return value;
 }
 
-/// A context with a model, which goes with it.
+/// A context with a model, which goes with it. A test leaves no memory behind.
 class Cad : public ::testing::Test {
   protected:
-    ~Cad() override { korvane_context_delete(context); }
+    ~Cad() override
+    {
+        korvane_context_delete(context);
+        EXPECT_EQ(live_block_count(), blocks_before);
+    }
 
     korvane_cad_face_t *new_face(uint32_t id = 1, void *user_data = nullptr)
     {
@@ -142,6 +149,7 @@ class Cad : public ::testing::Test {
     }
     void delete_context() { korvane_context_delete(std::exchange(context, nullptr)); }
 
+    const int64_t blocks_before = live_block_count();
     Counted counted; // outlives the model
     korvane_context_t *context = korvane_context_new();
     korvane_cad_t *cad = korvane_cad_new(context);

@@ -1,4 +1,5 @@
 #include "cad_support.h"
+#include "support/failing_allocations.h"
 
 namespace korvane::testing {
 namespace {
@@ -43,12 +44,17 @@ TEST_F(CadTags, AreAskedOfTheTagSystem)
     EXPECT_EQ(values[1], 1);
 }
 
-TEST_F(CadTags, AnEarlierTagSystemIsForgotten)
+TEST_F(CadTags, AnEarlierTagSystemIsForgottenAndTheLastOneGoesWithTheModel)
 {
+    const int64_t before = live_block_count();
     korvane_tag_system_t *first = korvane_tag_system_new(1);
-    korvane_cad_set_tag_system(cad, first);
-    korvane_cad_set_tag_system(cad, korvane_tag_system_new(1)); // goes with the model
-    korvane_cad_delete(cad);
+    const int64_t with_first = live_block_count();
+    korvane_cad_t *model = korvane_cad_new(context);
+    korvane_cad_set_tag_system(model, first);
+    korvane_cad_set_tag_system(model, korvane_tag_system_new(1));
+    EXPECT_GT(with_first, before);
+    korvane_cad_delete(model);
+    EXPECT_EQ(live_block_count(), with_first);
     EXPECT_EQ(korvane_tag_system_add_base_tag(first, 5), STATUS_OK);
     korvane_tag_system_delete(first);
 }

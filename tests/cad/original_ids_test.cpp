@@ -72,7 +72,9 @@ TYPED_TEST(OriginalIds, ResettingLeavesNone)
     EXPECT_EQ(TypeParam::reset(this->object), STATUS_OK);
     EXPECT_EQ(this->ids(), (std::vector<uint32_t>{12})) << "there was no list to reset";
     TypeParam::add(this->object, 40);
+    const int64_t blocks = live_block_count();
     EXPECT_EQ(TypeParam::reset(this->object), STATUS_OK);
+    EXPECT_EQ(live_block_count(), blocks) << "the list stays";
     EXPECT_EQ(this->ids(), (std::vector<uint32_t>{}));
     EXPECT_EQ(TypeParam::add(this->object, 7), STATUS_OK);
     EXPECT_EQ(this->ids(), (std::vector<uint32_t>{7}));

@@ -79,6 +79,21 @@ TEST_F(Point, DeletingTheFirstMovesTheLastIntoItsPlace)
     EXPECT_EQ(ids(), (std::vector<uint32_t>{}));
 }
 
+TEST_F(Point, IsFreedWhenItIsDeletedAndElseWithItsFace)
+{
+    new_point(1);
+    const int64_t blocks = live_block_count();
+    korvane_cad_point_t *point = new_point(2);
+    EXPECT_EQ(live_block_count(), blocks + 1);
+    korvane_cad_point_delete(point);
+    EXPECT_EQ(live_block_count(), blocks);
+    korvane_cad_face_t *copy = korvane_cad_face_new_copy(face);
+    const Uv uv{};
+    korvane_cad_point_new(copy, 1, uv.data());
+    korvane_cad_face_delete(copy);
+    EXPECT_EQ(live_block_count(), blocks);
+}
+
 TEST_F(Point, TakesNoReference)
 {
     const uint32_t references = cad->reference_count;

@@ -106,7 +106,9 @@ TEST_F(SupportVertex, KeepTheFirstOnesWhenTheirNumberChanges)
 TEST_F(SupportVertex, ANumberOfZeroFreesThem)
 {
     fill(3);
+    const int64_t blocks = live_block_count();
     EXPECT_EQ(korvane_cad_edge_set_support_vertex_count(edge, 0), STATUS_OK);
+    EXPECT_EQ(live_block_count(), blocks - 3);
     const Vertices none = vertices_of(edge);
     EXPECT_EQ(none.status, STATUS_OK);
     EXPECT_EQ(none.count, 0);
@@ -161,6 +163,18 @@ TEST_F(SupportVertex, OutliveTheEdgeThatMadeThem)
     korvane_cad_edge_delete(first);
     expect_vertex(vertices_of(second), 2);
     korvane_cad_edge_delete(second);
+}
+
+TEST_F(SupportVertex, GoWithTheLastEdgeThatSharesThem)
+{
+    fill(2);
+    const int64_t blocks = live_block_count();
+    korvane_cad_edge_t *copy = korvane_cad_edge_new_copy(edge);
+    EXPECT_EQ(live_block_count(), blocks + 1) << "only the edge itself";
+    EXPECT_EQ(korvane_cad_edge_set_support_vertex_count(edge, 0), STATUS_OK); // a record without arrays
+    EXPECT_EQ(live_block_count(), blocks + 2);
+    korvane_cad_edge_delete(copy); // with the record and its arrays
+    EXPECT_EQ(live_block_count(), blocks - 3);
 }
 
 TEST_F(SupportVertex, AFailedGrowthKeepsTheNumberAndTheVertices)

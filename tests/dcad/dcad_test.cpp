@@ -72,6 +72,31 @@ TEST_F(DiscreteCad, IsNotToBeHadWithoutAModel)
     korvane_dcad_delete(nullptr);
 }
 
+TEST_F(DiscreteCad, IsNotAttachedToTheContextAndHoldsNoReference)
+{
+    const int64_t before = live_block_count();
+    make();
+    const int64_t blocks = live_block_count() - before;
+    korvane_cad_delete(cad); // whose only reference this is
+    delete_context();
+    EXPECT_EQ(live_block_count(), blocks_before + blocks);
+}
+
+TEST_F(DiscreteCad, GoesWithItsDiscretizations)
+{
+    korvane_cad_face_t *face = new_face();
+    korvane_cad_edge_t *edges[] = {new_edge(face), new_edge(face)};
+    const int64_t before = live_block_count();
+    make();
+    for (korvane_cad_edge_t *edge : edges)
+        ASSERT_EQ(korvane_dcad_edge_discretization_set_vertex_count(get(edge), 3), STATUS_OK);
+    const int64_t filled = live_block_count();
+    ASSERT_EQ(korvane_dcad_edge_discretization_set_vertex_count(get(edges[0]), 0), STATUS_OK);
+    EXPECT_EQ(live_block_count(), filled - 4);
+    korvane_dcad_delete(std::exchange(dcad, nullptr));
+    EXPECT_EQ(live_block_count(), before);
+}
+
 TEST_F(DiscreteCad, GivesTheSameDiscretizationOnEveryRequest)
 {
     korvane_cad_face_t *face = new_face();

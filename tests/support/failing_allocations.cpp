@@ -7,6 +7,7 @@ namespace {
 
 std::int64_t total = 0;
 std::int64_t total_bytes = 0;
+std::int64_t live = 0;
 bool armed = false;
 std::int64_t until_failure = 0;
 bool persistent = false;
@@ -26,6 +27,12 @@ bool fails_now(std::size_t size)
     return fails;
 }
 
+void *counted(void *fresh)
+{
+    live += fresh != nullptr;
+    return fresh;
+}
+
 } // namespace
 
 extern "C" {
@@ -33,9 +40,11 @@ extern "C" {
 void *__real_malloc(std::size_t size);
 void *__real_calloc(std::size_t count, std::size_t size);
 void *__real_realloc(void *block, std::size_t size);
+void __real_free(void *block);
 void *__wrap_malloc(std::size_t size);
 void *__wrap_calloc(std::size_t count, std::size_t size);
 void *__wrap_realloc(void *block, std::size_t size);
+void __wrap_free(void *block);
 
 __attribute__((visibility("default"))) const char *__lsan_default_suppressions();
 
@@ -47,17 +56,26 @@ const char *__lsan_default_suppressions()
 
 void *__wrap_malloc(std::size_t size)
 {
-    return fails_now(size) ? nullptr : __real_malloc(size);
+    return fails_now(size) ? nullptr : counted(__real_malloc(size));
 }
 
 void *__wrap_calloc(std::size_t count, std::size_t size)
 {
-    return fails_now(count * size) ? nullptr : __real_calloc(count, size);
+    return fails_now(count * size) ? nullptr : counted(__real_calloc(count, size));
 }
 
 void *__wrap_realloc(void *block, std::size_t size)
 {
-    return fails_now(size) ? nullptr : __real_realloc(block, size);
+    if (fails_now(size))
+        return nullptr;
+    void *resized = __real_realloc(block, size);
+    return block == nullptr ? counted(resized) : resized;
+}
+
+void __wrap_free(void *block)
+{
+    live -= block != nullptr;
+    __real_free(block);
 }
 
 } // extern "C"
@@ -95,6 +113,11 @@ std::int64_t allocation_count()
 std::int64_t allocated_bytes()
 {
     return total_bytes;
+}
+
+std::int64_t live_block_count()
+{
+    return live;
 }
 
 void oom_sweep(const std::function<void(AllocationFault &)> &body)

@@ -1,5 +1,5 @@
-// Makes allocations of the library fail on purpose, and counts them. Only the library's own allocations are
-// concerned: those of the tests go through operator new.
+// Makes allocations of the library fail on purpose, and counts them and what is released. Only the library's
+// own allocations are concerned: those of the tests go through operator new.
 #pragma once
 
 #include <cstdint>
@@ -34,6 +34,11 @@ std::int64_t allocation_count();
 
 /// The bytes that those allocations asked for; what was released is not taken off.
 std::int64_t allocated_bytes();
+
+/// The number of blocks that were allocated and not released since. What it was before and what it is after
+/// tells what stayed; blocks that one side alone saw, because the C library allocated or released them, count
+/// on that side only.
+std::int64_t live_block_count();
 
 /**
  * Runs `body` with faults of ordinal 1, 2, ... until no allocation failed, once transient and once

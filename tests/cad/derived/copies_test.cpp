@@ -199,8 +199,10 @@ TEST_F(Copy, OfPointsIsKeptByNoFace)
     for (uint32_t id = 1; id <= 3; ++id)
         korvane_cad_point_new(face, id, uv.data());
     korvane_cad_face_t *target = new_face();
+    const int64_t blocks = live_block_count();
     EXPECT_EQ(korvane_cad_face_clone_points(face, target), STATUS_OK);
     EXPECT_EQ(korvane_cad_face_clone_points(face, nullptr), STATUS_OK);
+    EXPECT_EQ(live_block_count(), blocks);
     EXPECT_EQ(got(korvane_cad_face_get_point_count, face), 3);
     EXPECT_EQ(got(korvane_cad_face_get_point_count, target), 0);
     EXPECT_EQ(korvane_cad_face_clone_points(nullptr, target), STATUS_ERROR);

@@ -114,10 +114,14 @@ TEST_F(FaceTransformed, HasNoPointsWhateverTheFlagSays)
 {
     for (uint32_t id = 1; id <= 3; ++id)
         korvane_cad_point_new(source, id, translation.data());
+    std::vector<int64_t> blocks;
     for (const int32_t clone_points : {0, 1}) {
+        const int64_t before = live_block_count();
         korvane_cad_face_t *face = derive(cad, source, clone_points);
         EXPECT_EQ(got(korvane_cad_face_get_point_count, face), 0);
+        blocks.push_back(live_block_count() - before);
     }
+    EXPECT_EQ(blocks[1], blocks[0]) << "no copy of a point is kept anywhere";
     EXPECT_EQ(got(korvane_cad_face_get_point_count, source), 3);
 }
 
