@@ -136,6 +136,37 @@ TEST_F(EdgePolyline, RemembersWhereItsPointsComeFrom)
     EXPECT_EQ(partial.t, 0.5);
 }
 
+TEST_F(EdgePolyline, ItsSecondRunBeginsAtItsFirstPoint)
+{
+    // The abscissas are 0, 1, 3, 3, 5, 9: no length is counted from the third point to the fourth.
+    const std::vector<Uv> points{{0, 0}, {1, 0}, {3, 0}, {3, 5}, {3, 7}, {3, 11}};
+    korvane_cad_edge_t *edge = polyline(points, {e1, e1, e1, e2, e2, e2}, {10, 20, 40, 7, 5, 1});
+    EXPECT_EQ(range(edge), (Uv{0, 9}));
+    EXPECT_EQ(origin(edge, -1), (Origin{STATUS_OK, e1, 0, 10, 20})) << "extrapolated";
+    EXPECT_EQ(origin(edge, 0), (Origin{STATUS_OK, e1, 10, 10, 20}));
+    EXPECT_EQ(origin(edge, 0.5), (Origin{STATUS_OK, e1, 15, 10, 20}));
+    EXPECT_EQ(origin(edge, 1), (Origin{STATUS_OK, e1, 20, 20, 40}));
+    EXPECT_EQ(origin(edge, 2), (Origin{STATUS_OK, e1, 30, 20, 40}));
+    EXPECT_EQ(origin(edge, 2.5), (Origin{STATUS_OK, e1, 35, 20, 40}));
+    EXPECT_EQ(origin(edge, 3), (Origin{STATUS_OK, e2, 7, 5, 7})) << "of two points at 3 the later one";
+    EXPECT_EQ(origin(edge, 4), (Origin{STATUS_OK, e2, 6, 5, 7}));
+    EXPECT_EQ(origin(edge, 5), (Origin{STATUS_OK, e2, 5, 1, 5}));
+    EXPECT_EQ(origin(edge, 8), (Origin{STATUS_OK, e2, 2, 1, 5}));
+    EXPECT_EQ(origin(edge, 9), (Origin{STATUS_OK, e2, 1, 1, 5}));
+    EXPECT_EQ(origin(edge, 11), (Origin{STATUS_OK, e2, -1, 1, 5})) << "extrapolated";
+}
+
+TEST_F(EdgePolyline, RunsOfSinglePointsAreFoundToo)
+{
+    // Only here does t lie on a segment between two edges: before the first or behind the last point.
+    korvane_cad_edge_t *edge = polyline({{0, 0}, {1, 0}, {3, 0}, {5, 0}}, {e1, e2, e2, e1}, {4, 5, 6, 8});
+    EXPECT_EQ(range(edge), (Uv{0, 2}));
+    EXPECT_EQ(origin(edge, -1), (Origin{STATUS_OK, e1, 4, 4, 5})) << "of a segment of no length its start";
+    EXPECT_EQ(origin(edge, 0), (Origin{STATUS_OK, e2, 5, 5, 6}));
+    EXPECT_EQ(origin(edge, 1), (Origin{STATUS_OK, e2, 5.5, 5, 6}));
+    EXPECT_EQ(origin(edge, 2), (Origin{STATUS_OK, e2, 6, 6, 8})) << "of a segment of no length its start";
+}
+
 TEST_F(EdgePolyline, WithOneRunComesFromOneEdge)
 {
     korvane_cad_edge_t *edge = polyline({{0, 0}, {1, 0}, {2, 0}}, {e1, e1, e1}, {5, 6, 7});
