@@ -300,7 +300,7 @@ TYPED_TEST(MultiplePeriodicityOf, PointsThatGiveNoMapLeaveADeclarationWithoutTra
 {
     const std::vector<double> collinear = {0, 0, 0, 1, 0, 0, 2, 0.01, 0};
     const std::vector<double> triangle = {0, 0, 0, 1, 0, 0, 0, 1, 0};
-    const std::vector<double> ten_percent = {0, 0, 0, 1.12, 0, 0, 0, 1, 0};
+    const std::vector<double> ten_percent = {0, 0, 0, 1.1, 0, 0, 0, 1, 0};
     const std::vector<double> five_percent = {0, 0, 0, 1.05, 0, 0, 0, 1, 0};
     const std::vector<double> coplanar = {0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0};
     EXPECT_EQ(this->add_by_points(collinear, collinear), STATUS_ERROR);
@@ -309,6 +309,9 @@ TYPED_TEST(MultiplePeriodicityOf, PointsThatGiveNoMapLeaveADeclarationWithoutTra
     this->expect_no_transformation();
     EXPECT_EQ(this->add_by_points(coplanar, coplanar), STATUS_ERROR);
     this->expect_no_transformation();
+    const auto *map = static_cast<const double *>(this->read(3).user_data);
+    EXPECT_TRUE(std::all_of(map, map + 15, [](double value) { return value == 0; }));
+    EXPECT_EQ((this->cad->*TypeParam::records)[2]->owns_data, 1);
     EXPECT_EQ(this->count(), 3);
     EXPECT_EQ(this->add_by_points(triangle, five_percent), STATUS_OK);
     EXPECT_EQ(this->image({0, 0, 0}), (Xyz{0, 0, 0}));

@@ -265,15 +265,30 @@ TYPED_TEST(Periodicity, SurvivesFailingAllocations)
     });
 }
 
+TYPED_TEST(Periodicity, KeepsTheFirstDirectionWhenTheSecondOneFails)
+{
+    const int32_t room = TypeParam::width == 1 ? 20 : 100; // for identifiers
+    for (int32_t id = 2; id <= room; ++id)
+        ASSERT_EQ(TypeParam::add(this->cad, {1, 1, 2, id, 1}), STATUS_OK);
+    const int32_t next = room + 1;
+    AllocationFault fault(1, Failure::persistent);
+    fault.arm();
+    EXPECT_EQ(TypeParam::add(this->cad, {1, 1, 2, next, 1}), STATUS_ERROR);
+    EXPECT_TRUE(fault.disarm());
+    EXPECT_EQ(count_of<TypeParam>(this->cad, 1), room);
+    EXPECT_EQ(count_of<TypeParam>(this->cad, next), 0);
+    EXPECT_EQ(TypeParam::add(this->cad, {1, 1, 2, next, 1}), STATUS_OK);
+    EXPECT_EQ(count_of<TypeParam>(this->cad, 1), room);
+    EXPECT_EQ(count_of<TypeParam>(this->cad, next), 1);
+}
+
 class PeriodicityOfPoints : public Cad {};
 class PeriodicityOfEdges : public Cad {};
 
 TEST_F(PeriodicityOfPoints, WithItselfUnderOtherCompanionsIsStoredTwice)
 {
     EXPECT_EQ(korvane_cad_add_point_periodicity(cad, 1, 5, 2, 5), STATUS_OK);
-    std::vector<Points::Record> records = records_of<Points>(cad, 5);
-    std::sort(records.begin(), records.end());
-    EXPECT_EQ(records, (std::vector<Points::Record>{{1, 2, 5}, {2, 1, 5}}));
+    EXPECT_EQ(records_of<Points>(cad, 5), (std::vector<Points::Record>{{1, 2, 5}, {2, 1, 5}}));
 }
 
 TEST_F(PeriodicityOfPoints, CompanionsCountAsAPairOnly)
@@ -335,20 +350,39 @@ TEST_F(Cad, PeriodicityOfOneKindIsNotThatOfAnother)
     EXPECT_EQ(count_of<Faces>(cad, 8), 0);
 }
 
+/// Of the buckets and of room for the identifiers, the records and the buckets that each identifier has.
+template <class Table>
+void expect_room(const Table &table, int32_t identifiers, int32_t records)
+{
+    EXPECT_EQ(table.major.bucket_count, identifiers);
+    EXPECT_EQ(table.major.capacity, identifiers);
+    EXPECT_EQ(table.minor_keys.capacity, records);
+    EXPECT_EQ(table.minor_bucket_count, 3);
+    EXPECT_EQ(table.row_count, identifiers);
+    EXPECT_EQ(std::ssize(table.row_buckets), 3 * identifiers);
+    EXPECT_EQ(table.major.count, 0);
+    EXPECT_EQ(table.minor_keys.count, 0);
+}
+
 TEST_F(Cad, PeriodicityTablesBeginWithTheRoomThatIsAgreed)
 {
+    expect_room(*cad->face_id_periodicity, 20, 60);
+    expect_room(*cad->edge_id_periodicity, 100, 300);
+    expect_room(*cad->point_id_periodicity, 100, 300);
+}
+
+TEST_F(Cad, PeriodicityTablesGrowByTheIdentifierAndTheRecordThatFindNoRoom)
+{
+    for (int32_t id = 2; id <= 21; ++id)
+        ASSERT_EQ(korvane_cad_add_face_periodicity(cad, 1, id), STATUS_OK);
+    EXPECT_EQ(cad->face_id_periodicity->major.capacity, 20 + 21);
+    EXPECT_EQ(cad->face_id_periodicity->row_count, 20 + 21);
     EXPECT_EQ(cad->face_id_periodicity->major.bucket_count, 20);
-    EXPECT_EQ(cad->face_id_periodicity->major.capacity, 20);
     EXPECT_EQ(cad->face_id_periodicity->minor_keys.capacity, 60);
-    EXPECT_EQ(cad->face_id_periodicity->minor_bucket_count, 3);
-    EXPECT_EQ(cad->edge_id_periodicity->major.bucket_count, 100);
-    EXPECT_EQ(cad->edge_id_periodicity->major.capacity, 100);
-    EXPECT_EQ(cad->edge_id_periodicity->minor_keys.capacity, 300);
-    EXPECT_EQ(cad->edge_id_periodicity->minor_bucket_count, 3);
-    EXPECT_EQ(cad->point_id_periodicity->major.bucket_count, 100);
-    EXPECT_EQ(cad->point_id_periodicity->major.capacity, 100);
-    EXPECT_EQ(cad->point_id_periodicity->minor_keys.capacity, 300);
-    EXPECT_EQ(cad->point_id_periodicity->minor_bucket_count, 3);
+    for (int32_t id = 22; id <= 32; ++id)
+        ASSERT_EQ(korvane_cad_add_face_periodicity(cad, 1, id), STATUS_OK);
+    EXPECT_EQ(cad->face_id_periodicity->minor_keys.count, 62);
+    EXPECT_EQ(cad->face_id_periodicity->minor_keys.capacity, 72); // 60 times 1.2
 }
 
 } // namespace
