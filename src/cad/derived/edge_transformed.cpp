@@ -22,24 +22,32 @@ struct EdgeTransformation {
 
 // -- Evaluate
 
-/// (u, v) becomes (factor_u u + offset_u, factor_v v + offset_v).
-void transform(double *uv, double factor_u, double factor_v, double offset_u, double offset_v)
+void scale(double *uv, double factor_u, double factor_v)
 {
     if (uv == nullptr)
         return;
-    uv[0] = factor_u * uv[0] + offset_u;
-    uv[1] = factor_v * uv[1] + offset_v;
+    uv[0] *= factor_u;
+    uv[1] *= factor_v;
+}
+
+void translate(double *uv, double offset_u, double offset_v)
+{
+    if (uv == nullptr)
+        return;
+    uv[0] += offset_u;
+    uv[1] += offset_v;
 }
 
 korvane_status_t evaluate(double t, double *uv, double *dt, double *dtt, void *user_data)
 {
     const auto &[au, av, bu, bv, source] = *static_cast<const EdgeTransformation *>(user_data);
     TRY(source->curve(t, uv, dt, dtt, source->curve_user_data));
-    transform(uv, au, av, bu, bv);
-    transform(dt, au, av, 0, 0);
+    scale(uv, au, av);
+    translate(uv, bu, bv);
+    scale(dt, au, av);
     // Kept on purpose: the second derivative takes the square of the factors, although it is linear in them,
     // because clients rely on the values.
-    transform(dtt, au * au, av * av, 0, 0);
+    scale(dtt, au * au, av * av);
     return STATUS_OK;
 }
 

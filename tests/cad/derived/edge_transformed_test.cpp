@@ -31,6 +31,21 @@ TEST_F(EdgeTransformed, EvaluatesTheImageOfTheSource)
     EXPECT_DOUBLE_EQ(values.dtt[1], 9 * -2.0);
 }
 
+TEST_F(EdgeTransformed, KeepsTheSignOfDerivativesThatAreZero)
+{
+    const auto standing = [](double, double *uv, double *dt, double *dtt, void *) {
+        write(uv, 0, 0);
+        write(dt, -0.0, 0);
+        write(dtt, 0, -0.0);
+        return korvane_status_t{STATUS_OK};
+    };
+    const CurveValues values =
+        evaluate(derive(face, korvane_cad_edge_new(face, 1, 0, 1, standing, nullptr)), 0);
+    EXPECT_TRUE(std::signbit(values.dt[0]) && std::signbit(values.dt[1]));
+    EXPECT_FALSE(std::signbit(values.dtt[0]));
+    EXPECT_TRUE(std::signbit(values.dtt[1]));
+}
+
 TEST_F(EdgeTransformed, WritesOnlyWhatIsAskedFor)
 {
     Uv dt{};
