@@ -70,9 +70,10 @@ enum korvane_status_e {
 typedef struct korvane_context_s korvane_context_t; /**< callbacks, and the objects made on them */
 typedef struct korvane_message_s korvane_message_t; /**< a number, a text and two payloads */
 typedef struct korvane_tag_system_s
-    korvane_tag_system_t;                     /**< composite tags and the base tags they stand for */
-typedef struct korvane_mesh_s korvane_mesh_t; /**< a table of mesh callbacks */
-typedef struct korvane_cad_s korvane_cad_t;   /**< a boundary representation evaluated by the client */
+    korvane_tag_system_t;                           /**< composite tags and the base tags they stand for */
+typedef struct korvane_mesh_s korvane_mesh_t;       /**< a table of mesh callbacks */
+typedef struct korvane_sizemap_s korvane_sizemap_t; /**< wanted element sizes */
+typedef struct korvane_cad_s korvane_cad_t;         /**< a boundary representation evaluated by the client */
 typedef struct korvane_cad_face_s korvane_cad_face_t;   /**< a parametric surface of a CAD model */
 typedef struct korvane_cad_edge_s korvane_cad_edge_t;   /**< a curve in the parameter plane of a face */
 typedef struct korvane_cad_point_s korvane_cad_point_t; /**< a free vertex on a face */
@@ -99,6 +100,9 @@ typedef korvane_status_t (*korvane_interrupt_callback_t)(int32_t *interrupt, voi
 
 /** Frees an attached object. */
 typedef void (*korvane_object_release_t)(void *object);
+
+/** Frees user data. */
+typedef void (*korvane_user_data_delete_t)(void *user_data);
 
 /**
  * Creates a context whose messages are printed on standard output and whose interrupt callback never
@@ -753,6 +757,115 @@ KORVANE_API korvane_status_t korvane_mesh_write_mesh(const korvane_mesh_t *mesh,
 KORVANE_API korvane_mesh_t *korvane_mesh_new_read_mesh(korvane_context_t *context, const char *file_name);
 
 /* ----------------------------------------------------------------------------------------------------
+ * Size maps
+ *
+ * A size map tells a mesh generator the size of the elements that are wanted at a place, as the length of
+ * their edges. The client defines one by a callback with user data; one per vertex of a mesh can also be kept
+ * in a GMF solution file (text ".sol" or binary ".solb", by the end of the name), as one scalar per vertex
+ * under "SolAtVertices".
+ *
+ * A size map is attached to the context of the object that it is made on, which deletes it if it is left
+ * over. It keeps a pointer to that object, uses it only to be written, and does not keep it alive.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * The type of a size map, 1..6. The library queries, writes and reads one size per vertex of a mesh; size
+ * maps of the other types it only stores, for the programs that understand them.
+ */
+enum korvane_sizemap_type_e {
+    KORVANE_SIZEMAP_ISO_MESH_VERTEX = 4 /**< the same size in all directions, per vertex of a mesh */
+};
+
+/** Writes into `size`, a zero, the size wanted at a vertex of the mesh, numbered from 1. */
+typedef korvane_status_t (*korvane_sizemap_function_t)(int32_t vertex, double *size, void *user_data);
+
+/**
+ * Creates a size map of a type on an object: a mesh for KORVANE_SIZEMAP_ISO_MESH_VERTEX, and otherwise a mesh
+ * or a CAD model (not checked). Of other types the library stores the callback without calling it, so that a
+ * callback of another signature may be cast to this one. Null for a null object or callback, another type
+ * than 1..6, or if memory runs out. The user data stay the client's, unless
+ * korvane_sizemap_set_delete_function hands them over.
+ */
+KORVANE_API korvane_sizemap_t *korvane_sizemap_new(
+    const void *object, int32_t type, korvane_sizemap_function_t function, void *user_data);
+
+/** Detaches a size map from its context and deletes it, with its user data if it owns them. Null is accepted.
+ */
+KORVANE_API void korvane_sizemap_delete(korvane_sizemap_t *sizemap);
+
+/**
+ * Makes a size map the owner of its user data: `function` is called with them, if they are not null, when it
+ * is deleted. Null takes the ownership back.
+ */
+KORVANE_API korvane_status_t korvane_sizemap_set_delete_function(
+    korvane_sizemap_t *sizemap, korvane_user_data_delete_t function);
+
+/**
+ * Gives the callback and its user data. STATUS_ERROR for a null argument.
+ * @{
+ */
+KORVANE_API korvane_status_t korvane_sizemap_get_function(
+    const korvane_sizemap_t *sizemap, korvane_sizemap_function_t *function);
+KORVANE_API korvane_status_t korvane_sizemap_get_user_data(
+    const korvane_sizemap_t *sizemap, void **user_data);
+/** @} */
+
+/** Gives the type. The output must not be null (not checked). */
+KORVANE_API korvane_status_t korvane_sizemap_get_type(const korvane_sizemap_t *sizemap, int32_t *type);
+
+/**
+ * Asks a size map of type KORVANE_SIZEMAP_ISO_MESH_VERTEX for the size at a vertex, and returns the status of
+ * its callback. STATUS_ERROR for a null argument and for other types. A size map that was read from a file
+ * gives STATUS_ERROR and the size 0 for a vertex outside 1..count. The vertex is otherwise handed to the
+ * callback as it is.
+ */
+KORVANE_API korvane_status_t korvane_sizemap_iso_mesh_vertex_get_size(
+    const korvane_sizemap_t *sizemap, int32_t vertex, double *size);
+
+/**
+ * Writes a size map of type KORVANE_SIZEMAP_ISO_MESH_VERTEX to a solution file, in double precision: one size
+ * per vertex of its mesh, which must still exist (not checked). If the callback fails for a vertex, the file
+ * ends there, and its status is returned. STATUS_ERROR, and messages on the context, for other types, or if
+ * the file cannot be opened or written completely; STATUS_ERROR alone for a null size map.
+ */
+KORVANE_API korvane_status_t korvane_sizemap_write_sol(
+    const korvane_sizemap_t *sizemap, const char *file_name);
+
+/**
+ * Reads a solution file into a new size map of type KORVANE_SIZEMAP_ISO_MESH_VERTEX on a mesh, or returns
+ * null, after a message if there is a context to send it to and memory did not run out. The file must hold
+ * one scalar for each vertex of the mesh. What a truncated file lacks reads as zeros, and so do all sizes of
+ * a text file of version 3. The dimension of the file is not compared with the mesh.
+ *
+ * Kept on purpose: the messages have the prefixes and words of other operations.
+ */
+KORVANE_API korvane_sizemap_t *korvane_sizemap_new_read_sol(
+    const korvane_mesh_t *mesh, const char *file_name);
+
+/* ----------------------------------------------------------------------------------------------------
+ * NASTRAN
+ *
+ * Bulk data for the finite element programs that read NASTRAN input: GRID* cards for vertices, and CBAR,
+ * CTRIA3, CQUAD4, CTETRA and CHEXA cards for edges, triangles, quadrilaterals, tetrahedra and hexahedra.
+ * -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Writes any mesh as bulk data. Elements are numbered from 1 across all kinds, in the order above; their tags
+ * are their property identifiers, 0 for a tag that cannot be read. Pyramids, required flags and the tags of
+ * vertices are not written. Coordinates keep nine digits.
+ *
+ * STATUS_ERROR, and a message on the context, if the file cannot be opened (null is no name) or written
+ * completely, if the coordinates of a vertex cannot be read, or if the number of a vertex of an element has
+ * more than 8 characters; the status of the mesh, and a message, if the vertices of an element cannot be
+ * read. The file then ends where it failed. STATUS_ERROR alone for a null mesh.
+ *
+ * Kept on purpose: exactly two blanks follow the name of a card, and a CHEXA card has all vertices on one
+ * line. A file without elements is complete, but the status is that of the tag of the last vertex or, without
+ * vertices, of their count.
+ */
+KORVANE_API korvane_status_t korvane_mesh_write_bdf(const korvane_mesh_t *mesh, const char *file_name);
+
+/* ----------------------------------------------------------------------------------------------------
  * Quality
  *
  * Measures of single elements of any mesh. Degenerate elements are not errors: they measure infinite. Failing
@@ -966,9 +1079,6 @@ KORVANE_API korvane_status_t korvane_cad_merge_edges(korvane_cad_t *cad, ...);
  */
 typedef korvane_status_t (*korvane_cad_surface_t)(const double uv[2], double xyz[3], double du[3],
     double dv[3], double duu[3], double duv[3], double dvv[3], void *user_data);
-
-/** Frees the user data of a face or edge, when the face or edge goes. */
-typedef void (*korvane_user_data_delete_t)(void *user_data);
 
 /** Makes the user data for a copy of a face or edge; what it returns is stored, be it null. */
 typedef void *(*korvane_user_data_clone_t)(void *user_data);

@@ -71,13 +71,14 @@ struct FileNames {
     int32_t required_keyword;
     std::string_view plural;
     std::string_view data_name;
+    std::string_view card;
 };
 
 template <auto count_slot, auto values_slot, auto tag_slot, auto required_slot>
 constexpr Entity make_row(const FileNames &names)
 {
     return {names.keyword, names.required_keyword, Stored<values_slot>::values_per_element, names.plural,
-        names.data_name,
+        names.data_name, names.card,
         [](const korvane_mesh_t *mesh, int32_t *count) { return fetch<count_slot>(mesh, count); },
         [](korvane_mesh_t *mesh, int32_t count) {
             return (mesh->*count_slot).set(count, (mesh->*count_slot).user_data);
@@ -93,22 +94,23 @@ using Mesh = korvane_mesh_s;
 constexpr std::array<Entity, 7> entity_table = {
     make_row<&Mesh::vertex_count, &Mesh::vertex_coordinates, &Mesh::vertex_tag,
         &Mesh::vertex_required_status>(
-        {gmf_vertices, gmf_required_vertices, "vertices", "vertices coordinates"}),
+        {gmf_vertices, gmf_required_vertices, "vertices", "vertices coordinates", "GRID*"}),
     make_row<&Mesh::edge_count, &Mesh::edge_vertices, &Mesh::edge_tag, &Mesh::edge_required_status>(
-        {gmf_edges, gmf_required_edges, "edges", "edges vertices"}),
+        {gmf_edges, gmf_required_edges, "edges", "edges vertices", "CBAR"}),
     make_row<&Mesh::triangle_count, &Mesh::triangle_vertices, &Mesh::triangle_tag,
         &Mesh::triangle_required_status>(
-        {gmf_triangles, gmf_required_triangles, "triangles", "triangles vertices"}),
+        {gmf_triangles, gmf_required_triangles, "triangles", "triangles vertices", "CTRIA3"}),
     make_row<&Mesh::quadrangle_count, &Mesh::quadrangle_vertices, &Mesh::quadrangle_tag,
-        &Mesh::quadrangle_required_status>(
-        {gmf_quadrilaterals, gmf_required_quadrilaterals, "quadrilaterals", "quadrilaterals vertices"}),
+        &Mesh::quadrangle_required_status>({gmf_quadrilaterals, gmf_required_quadrilaterals, "quadrilaterals",
+        "quadrilaterals vertices", "CQUAD4"}),
     make_row<&Mesh::tetrahedron_count, &Mesh::tetrahedron_vertices, &Mesh::tetrahedron_tag,
-        &Mesh::tetrahedron_required_status>({gmf_tetrahedra, 0, "tetrahedra", "tetrahedra vertices"}),
+        &Mesh::tetrahedron_required_status>(
+        {gmf_tetrahedra, 0, "tetrahedra", "tetrahedra vertices", "CTETRA"}),
     // Kept on purpose: "hexaedra" and the singular "pyramid", because the messages always had them so
     make_row<&Mesh::hexahedron_count, &Mesh::hexahedron_vertices, &Mesh::hexahedron_tag,
-        &Mesh::hexahedron_required_status>({gmf_hexahedra, 0, "hexahedra", "hexaedra vertices"}),
+        &Mesh::hexahedron_required_status>({gmf_hexahedra, 0, "hexahedra", "hexaedra vertices", "CHEXA"}),
     make_row<&Mesh::pyramid_count, &Mesh::pyramid_vertices, &Mesh::pyramid_tag,
-        &Mesh::pyramid_required_status>({gmf_pyramids, 0, "pyramid", "pyramid vertices"}),
+        &Mesh::pyramid_required_status>({gmf_pyramids, 0, "pyramid", "pyramid vertices", ""}),
 };
 
 } // namespace korvane

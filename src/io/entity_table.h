@@ -1,12 +1,14 @@
 // The kinds of entities that mesh files hold: one row each, which readers and writers walk.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
 
 #include <korvane.h>
 
+#include "common/try.h"
 #include "io/gmf_keywords.h"
 
 namespace korvane {
@@ -45,6 +47,7 @@ struct Entity {
     int32_t values_per_entity;  // coordinates or vertices
     std::string_view plural;    // as the messages about reading have it
     std::string_view data_name; // as the messages about writing have it
+    std::string_view card;      // of bulk data, empty if there is none
 
     korvane_status_t (*get_count)(const korvane_mesh_t *mesh, int32_t *count);
     korvane_status_t (*set_count)(korvane_mesh_t *mesh, int32_t count);
@@ -65,5 +68,24 @@ struct Entity {
 
 /// In the order of the blocks of a file.
 extern const std::array<Entity, 7> entity_table;
+
+/// How many entities of a kind a mesh has; 0 if it cannot tell.
+[[nodiscard]] inline int32_t count_of(const Entity &entity, const korvane_mesh_t *mesh)
+{
+    int32_t count = 0;
+    return entity.get_count(mesh, &count) == STATUS_OK ? count : 0;
+}
+
+/// Calls `use(first, count)` for blocks of the entities 1..count in turn, until one fails.
+template <class Use>
+[[nodiscard]] korvane_status_t for_each_block(int32_t count, Use use)
+{
+    for (int32_t done = 0; done < count;) {
+        const int32_t part = std::min(count - done, EntityBlock::capacity);
+        TRY(use(done + 1, part));
+        done += part;
+    }
+    return STATUS_OK;
+}
 
 } // namespace korvane

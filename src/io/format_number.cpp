@@ -1,9 +1,9 @@
 // Decimal texts of reals in a fixed number of significant digits.
 //
-// A magnitude of 1e-4 up to 10^digits is m * 2^-s with 53 bits of m, and its wanted digits are the whole part
-// of m * 10^q * 2^-s with 0 <= q <= 19: that product fits 128 bits, so the digits and the part that is cut
-// are exact, and rounding (half to even, as printf does) needs no estimate. Everything else, with or without
-// exponent, infinities and the like, is left to the standard library, whose result is exact too.
+// A magnitude up to 10^digits that is not too small is m * 2^-s with 53 bits of m, and its wanted digits are
+// the whole part of m * 10^q * 2^-s with 0 <= q <= 19: that product fits 128 bits, so the digits and the part
+// that is cut are exact, and rounding (half to even, as printf does) needs no estimate. Everything else, and
+// infinities and the like, is left to the standard library, whose result is exact too.
 #include "io/format_number.h"
 
 #include <array>
@@ -17,6 +17,12 @@ namespace korvane {
 namespace {
 
 __extension__ using wide = unsigned __int128;
+
+/// Significant digits as an integer, the first of them at power `power` of ten.
+struct Decimal {
+    std::uint64_t number;
+    int power;
+};
 
 /// The magnitude times 10^scale, rounded to an integer.
 std::uint64_t scaled_and_rounded(std::uint64_t mantissa, int shift, int scale)
@@ -47,12 +53,13 @@ int put_digits(char *text, std::uint64_t number, std::integral_constant<int, 6>)
     return 8 - std::countl_zero(digits) / 8;
 }
 
-/// Writes digits, the first of them at power `power` of ten, without zeros at the end of a fraction.
+/// Writes digits without zeros at the end of a fraction.
 template <int digit_count>
-char *put_decimal(char *text, std::uint64_t number, int power)
+char *put_decimal(char *text, const Decimal &decimal)
 {
     char digits[2 * 16] = {};
-    const int significant = put_digits(digits, number, std::integral_constant<int, digit_count>());
+    const int power = decimal.power;
+    const int significant = put_digits(digits, decimal.number, std::integral_constant<int, digit_count>());
     if (power < 0) {
         constexpr std::array<char, 5> zeros = {'0', '.', '0', '0', '0'};
         std::memcpy(text, zeros.data(), zeros.size());
@@ -67,12 +74,12 @@ char *put_decimal(char *text, std::uint64_t number, int power)
     return text + significant + 1;
 }
 
-/// Writes a positive magnitude by the exact path, or gives null.
+/// Rounds a magnitude of 10^(digit_count - 19) or more by the exact path. False if it is too large for it.
 template <int digit_count>
-char *format_usual(char *text, double magnitude)
+[[nodiscard]] bool round_usual(double magnitude, Decimal &decimal)
 {
-    if (!(magnitude >= 1e-4 && magnitude < static_cast<double>(powers_of_ten[digit_count])))
-        return nullptr;
+    if (!(magnitude < static_cast<double>(powers_of_ten[digit_count])))
+        return false;
     const auto bits = std::bit_cast<std::uint64_t>(magnitude);
     const int exponent = static_cast<int>(bits >> 52) - 1023;
     const std::uint64_t mantissa = (bits & ((std::uint64_t{1} << 52) - 1)) | (std::uint64_t{1} << 52);
@@ -81,10 +88,11 @@ char *format_usual(char *text, double magnitude)
     if (number >= powers_of_ten[digit_count]) {
         ++power;
         if (power == digit_count)
-            return nullptr;
+            return false;
         number = scaled_and_rounded(mantissa, 52 - exponent, digit_count - 1 - power);
     }
-    return put_decimal<digit_count>(text, number, power);
+    decimal = {number, power};
+    return true;
 }
 
 template <int digit_count, class Real>
@@ -100,13 +108,46 @@ char *format(char *text, Real value)
         *text++ = '-';
         value = -value;
     }
-    char *end = format_usual<digit_count>(text, value);
-    if (end != nullptr)
-        return end;
+    if (Decimal decimal; value >= 1e-4 && round_usual<digit_count>(value, decimal))
+        return put_decimal<digit_count>(text, decimal);
     return std::to_chars(text, text + number_room, value, std::chars_format::general, digit_count).ptr;
 }
 
+/// Writes nine digits and a power of ten as "d.ddddddddE+dd".
+char *put_scientific(char *text, const Decimal &decimal)
+{
+    const auto digits = static_cast<std::uint32_t>(decimal.number);
+    const auto power = static_cast<unsigned>(std::abs(decimal.power));
+    text[0] = static_cast<char>('0' + digits / 100'000'000);
+    text[1] = '.';
+    store_characters(text + 2, to_characters(spread_digits(digits % 100'000'000)));
+    text[10] = 'E';
+    text[11] = decimal.power < 0 ? '-' : '+';
+    text[12] = static_cast<char>('0' + power / 10);
+    text[13] = static_cast<char>('0' + power % 10);
+    return text + 14;
+}
+
 } // namespace
+
+char *format_scientific_field(char *text, double value)
+{
+    constexpr std::ptrdiff_t width = 16;
+    constexpr std::size_t usual_length = 14;
+    const double magnitude = std::fabs(value);
+    Decimal decimal{};
+    // The power of a smaller magnitude may be estimated one too low, hence 1e-9.
+    if (magnitude == 0 || (magnitude >= 1e-9 && round_usual<9>(magnitude, decimal))) [[likely]] {
+        text[0] = ' ';
+        text[1] = std::signbit(value) ? '-' : ' ';
+        return put_scientific(text + width - usual_length, decimal);
+    }
+    std::array<char, number_room> unusual;
+    char *const begin = unusual.data();
+    char *const end = std::to_chars(begin, begin + number_room, value, std::chars_format::scientific, 8).ptr;
+    text = std::fill_n(text, width - (end - begin), ' ');
+    return std::transform(begin, end, text, [](char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c; });
+}
 
 char *format_real(char *text, double value)
 {

@@ -1,6 +1,7 @@
 // Numbers as text, exactly as printf writes them in the C locale, whatever the locale of the client.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cstddef>
@@ -24,6 +25,28 @@ inline char *format_integer(char *text, int32_t value)
     store_characters(text, to_characters(digits) >> (8 * leading_zeros));
     return text + 8 - leading_zeros;
 }
+
+/// Writes as "%<width>d", of a width of 8 or more, and gives the end of the text.
+template <int width>
+char *format_integer_field(char *text, int64_t value)
+{
+    static_assert(width >= 8 && width <= static_cast<int>(number_room));
+    if (value < 0 || value >= 100'000'000) [[unlikely]] {
+        char digits[number_room];
+        char *const end = std::to_chars(digits, digits + number_room, value).ptr;
+        text = std::fill_n(text, std::max<std::ptrdiff_t>(width - (end - digits), 0), ' ');
+        return std::copy(digits, end, text);
+    }
+    const std::uint64_t digits = spread_digits(static_cast<std::uint32_t>(value));
+    const int leading_zeros = std::countr_zero(digits | std::uint64_t{1} << 56) / 8;
+    const std::uint64_t blanks = ((std::uint64_t{1} << (8 * leading_zeros)) - 1) & 0x1010101010101010;
+    text = std::fill_n(text, width - 8, ' ');
+    store_characters(text, to_characters(digits) - blanks); // a blank is '0' - 0x10
+    return text + 8;
+}
+
+/// Writes as "%16.8E" and gives the end of the text.
+[[nodiscard]] char *format_scientific_field(char *text, double value);
 
 /// Writes as "%.15lg" and gives the end of the text.
 [[nodiscard]] char *format_real(char *text, double value);

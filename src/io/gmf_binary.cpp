@@ -127,6 +127,22 @@ TakeLines line_taker(const gmf_file_t &file)
     return file.has_opposite_byte_order() ? take_lines<double, true> : take_lines<double, false>;
 }
 
+/// How many of the first `held` bytes of a line make up whole values.
+std::size_t whole_values(const gmf_file_t &file, std::span<const GmfInput> columns, std::size_t held)
+{
+    const std::size_t real_bytes = file.version < 2 ? sizeof(float) : sizeof(double);
+    std::size_t whole = 0;
+    for (const GmfInput &column : columns) {
+        const std::size_t size = column.is_real() ? real_bytes : word_bytes;
+        const auto width = static_cast<std::size_t>(column.width);
+        const std::size_t count = std::min(width, (held - whole) / size);
+        whole += count * size;
+        if (count < width)
+            break;
+    }
+    return whole;
+}
+
 /// True if a block of the file being written may end there: the next one states that position.
 bool can_state(int64_t position)
 {
@@ -219,7 +235,8 @@ int32_t read_binary_lines(gmf_file_t &file, const gmf_keyword_info_t &keyword, i
     }
     if (taken < wanted) {
         std::array<char, sizeof(double) * std::tuple_size_v<decltype(keyword.format)>> line;
-        stream.read(line.data(), stride);
+        const std::size_t whole = whole_values(file, columns, stream.read(line.data(), stride));
+        std::fill(line.data() + whole, line.data() + stride, '\0');
         take(line.data(), stride, taken, 1, columns);
     }
     return static_cast<int32_t>(taken);

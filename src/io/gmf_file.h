@@ -23,6 +23,14 @@ enum gmf_keyword_kind_t : int32_t {
     gmf_solution_keyword = 3 // with a type header
 };
 
+/// The types of the values of a solution: `dimension` reals for a vector, and so on.
+enum gmf_value_type_t : int32_t {
+    gmf_scalar = 1,
+    gmf_vector = 2,
+    gmf_symmetric_matrix = 3, // the upper triangle
+    gmf_full_matrix = 4
+};
+
 /// What is known of the block of one keyword.
 struct gmf_keyword_info_t {
     int32_t kind;

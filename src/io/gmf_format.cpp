@@ -13,21 +13,21 @@ namespace {
 constexpr int32_t reals_of_type(int32_t type, int32_t dimension)
 {
     switch (type) {
-    case 1:
+    case gmf_scalar:
         return 1;
-    case 2:
+    case gmf_vector:
         return dimension;
-    case 3:
+    case gmf_symmetric_matrix:
         return dimension * (dimension + 1) / 2;
-    case 4:
+    case gmf_full_matrix:
         return dimension * dimension;
     default:
         return 0;
     }
 }
 
-static_assert(
-    GMF_MAX_TYPES * reals_of_type(4, 3) == int{std::tuple_size<decltype(gmf_keyword_info_t::format)>()});
+static_assert(GMF_MAX_TYPES * reals_of_type(gmf_full_matrix, 3) ==
+              int{std::tuple_size<decltype(gmf_keyword_info_t::format)>()});
 
 int32_t kind_of(const gmf_keyword_row_t &row)
 {

@@ -8,24 +8,14 @@
 
 #include <korvane.h>
 
-#include "common/text_buffer.h"
 #include "common/try.h"
 #include "io/entity_table.h"
+#include "io/file_messages.h"
 #include "io/gmf.h"
 
 namespace korvane {
 
 namespace {
-
-/// Sends "korvane_mesh_new_read_mesh : " and a text. The status, for the caller to return.
-korvane_status_t report(korvane_context_t *context, korvane_status_t status, std::string_view text,
-    std::string_view object = "", std::string_view end = "")
-{
-    TextBuffer<128> message;
-    message.append("korvane_mesh_new_read_mesh : ").append(text).append(object).append(end).append(".\n");
-    korvane_context_send_message(context, status, message.c_str());
-    return status;
-}
 
 /// Reads the files' blocks of entities into a new mesh.
 class MeshReader {
@@ -48,9 +38,11 @@ class MeshReader {
         if (count < 1)
             return STATUS_OK;
         if (const korvane_status_t status = entity.set_count(&mesh, count); status != STATUS_OK)
-            return report(context, status, " Unable to allocate memory for ", entity.plural, " storage");
+            return report(context, status, reading_prefix, " Unable to allocate memory for ", entity.plural,
+                " storage");
         if (gmf_seek_keyword(index, entity.keyword) != 0)
-            return report(context, STATUS_ERROR, " Unknown error0 while trying to read ", entity.plural);
+            return report(context, STATUS_ERROR, reading_prefix, " Unknown error0 while trying to read ",
+                entity.plural);
         const int32_t held = gmf_held_lines(index, entity.keyword);
         if (held > 0)
             TRY(read_lines(entity, held));
@@ -75,7 +67,8 @@ class MeshReader {
     [[nodiscard]] korvane_status_t read_required(const Entity &entity, int32_t held)
     {
         if (gmf_seek_keyword(index, entity.required_keyword) != 0)
-            return report(context, STATUS_ERROR, " Unknown error1 while trying to read ", entity.plural);
+            return report(context, STATUS_ERROR, reading_prefix, " Unknown error1 while trying to read ",
+                entity.plural);
         if (held == 0)
             return STATUS_OK;
         int32_t *flags = entity.try_open_required(mesh, held);
@@ -98,7 +91,7 @@ class MeshReader {
 
     korvane_status_t report_storing(const Entity &entity) const
     {
-        return report(context, STATUS_NOMEM, " Unable to store ", entity.plural);
+        return report(context, STATUS_NOMEM, reading_prefix, " Unable to store ", entity.plural);
     }
 
     korvane_context_t *context;
@@ -120,17 +113,17 @@ korvane_mesh_t *korvane_mesh_new_read_mesh(korvane_context_t *context, const cha
     int32_t dimension = 0;
     const int32_t index = gmf_open_file(file_name, gmf_read_mode, &version, &dimension);
     if (index == 0) {
-        report(context, STATUS_ERROR, "Error opening mesh file for reading");
+        report(context, STATUS_ERROR, reading_prefix, "Error opening mesh file for reading");
         return nullptr;
     }
     const GmfFileGuard guard(index);
     if (dimension != 3) {
-        report(context, STATUS_ERROR, "Only 3d meshes are supported");
+        report(context, STATUS_ERROR, reading_prefix, "Only 3d meshes are supported");
         return nullptr;
     }
     korvane_mesh_t *mesh = korvane_mesh_new_in_memory(context);
     if (mesh == nullptr) {
-        report(context, STATUS_NOMEM, " Unable to allocate memory to create mesh");
+        report(context, STATUS_NOMEM, reading_prefix, " Unable to allocate memory to create mesh");
         return nullptr;
     }
     if (MeshReader(context, *mesh, index).read() != STATUS_OK) {

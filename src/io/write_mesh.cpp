@@ -8,25 +8,15 @@
 
 #include <korvane.h>
 
-#include "common/text_buffer.h"
 #include "common/try.h"
 #include "io/entity_table.h"
+#include "io/file_messages.h"
 #include "io/gmf.h"
 #include "mesh/mesh.h"
 
 namespace korvane {
 
 namespace {
-
-/// Sends "korvane_mesh_write_mesh : " and a text as an error of this number. STATUS_ERROR, always.
-korvane_status_t report(
-    const korvane_mesh_t *mesh, int32_t number, std::string_view text, std::string_view object = "")
-{
-    TextBuffer<128> message;
-    message.append("korvane_mesh_write_mesh : ").append(text).append(object).append(".\n");
-    korvane_context_send_message(mesh->context, number, message.c_str());
-    return STATUS_ERROR;
-}
 
 class MeshWriter {
   public:
@@ -43,28 +33,9 @@ class MeshWriter {
     }
 
   private:
-    /// 0 if the mesh cannot tell.
-    [[nodiscard]] int32_t count_of(const Entity &entity) const
-    {
-        int32_t count = 0;
-        return entity.get_count(mesh, &count) == STATUS_OK ? count : 0;
-    }
-
-    /// Calls `use(first, count)` for blocks of the entities 1..count in turn.
-    template <class Use>
-    [[nodiscard]] static korvane_status_t for_blocks(int32_t count, Use use)
-    {
-        for (int32_t done = 0; done < count;) {
-            const int32_t part = std::min(count - done, EntityBlock::capacity);
-            TRY(use(done + 1, part));
-            done += part;
-        }
-        return STATUS_OK;
-    }
-
     [[nodiscard]] korvane_status_t write_entities(const Entity &entity)
     {
-        const int32_t count = count_of(entity);
+        const int32_t count = count_of(entity, mesh);
         if (count < 1)
             return STATUS_OK;
         if (gmf_write_keyword_header(index, entity.keyword, count) == 0)
@@ -75,7 +46,7 @@ class MeshWriter {
             {{entity.values_per_entity, has_coordinates ? nullptr : block.vertices.data(),
                  has_coordinates ? block.coordinates.data() : nullptr},
                 {1, block.tags.data(), nullptr}}};
-        return for_blocks(count, [&](int32_t first, int32_t part) {
+        return for_each_block(count, [&](int32_t first, int32_t part) {
             const FetchedEntities fetched = entity.fetch(mesh, first, part, block);
             if (fetched.count > 0 && gmf_write_lines(index, entity.keyword, fetched.count, columns) == 0)
                 return report_writing();
@@ -83,7 +54,8 @@ class MeshWriter {
                 return korvane_status_t{STATUS_OK};
             // Kept on purpose: only the message about vertices carries the status of the getter as its number
             const korvane_status_t number = has_coordinates ? fetched.status : korvane_status_t{STATUS_ERROR};
-            return report(mesh, number, "Error accessing given mesh ", entity.data_name);
+            report(mesh->context, number, writing_prefix, "Error accessing given mesh ", entity.data_name);
+            return korvane_status_t{STATUS_ERROR};
         });
     }
 
@@ -104,10 +76,10 @@ class MeshWriter {
 
     [[nodiscard]] korvane_status_t write_required(const Entity &entity)
     {
-        const int32_t count = count_of(entity);
+        const int32_t count = count_of(entity, mesh);
         Numbers numbers;
         int32_t left = 0;
-        TRY(for_blocks(count, [&](int32_t first, int32_t part) {
+        TRY(for_each_block(count, [&](int32_t first, int32_t part) {
             left += list_required(entity, first, part, numbers);
             return korvane_status_t{STATUS_OK};
         }));
@@ -115,7 +87,7 @@ class MeshWriter {
             return STATUS_OK;
         if (gmf_write_keyword_header(index, entity.required_keyword, left) == 0)
             return report_writing();
-        TRY(for_blocks(count, [&](int32_t first, int32_t part) {
+        TRY(for_each_block(count, [&](int32_t first, int32_t part) {
             const int32_t listed = list_required(entity, first, part, numbers);
             left -= listed;
             const GmfOutput column = {1, numbers.data(), nullptr};
@@ -128,7 +100,10 @@ class MeshWriter {
         return left == 0 ? korvane_status_t{STATUS_OK} : report_writing();
     }
 
-    korvane_status_t report_writing() const { return report(mesh, STATUS_ERROR, "Error writing mesh file"); }
+    korvane_status_t report_writing() const
+    {
+        return report(mesh->context, STATUS_ERROR, writing_prefix, "Error writing mesh file");
+    }
 
     const korvane_mesh_t *mesh;
     int32_t index;
@@ -148,7 +123,7 @@ korvane_status_t korvane_mesh_write_mesh(const korvane_mesh_t *mesh, const char 
         return STATUS_ERROR; // there is no context to carry a message
     const int32_t index = gmf_open_file(file_name, gmf_write_mode, 2, 3);
     if (index == 0)
-        return report(mesh, STATUS_ERROR, "Error opening mesh file for writing");
+        return report(mesh->context, STATUS_ERROR, writing_prefix, "Error opening mesh file for writing");
     const GmfFileGuard guard(index);
     return MeshWriter(mesh, index).write();
 }

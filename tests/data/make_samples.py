@@ -79,6 +79,13 @@ REQUIRED = {
     "RequiredTriangles": [2],
     "RequiredQuadrilaterals": [1, 2],
 }
+CARDS = {
+    "Edges": "CBAR",
+    "Triangles": "CTRIA3",
+    "Quadrilaterals": "CQUAD4",
+    "Tetrahedra": "CTETRA",
+    "Hexahedra": "CHEXA",
+}
 READ = ["Vertices", "Edges", "Triangles", "Quadrilaterals", "Tetrahedra", "Hexahedra", "Pyramids"]
 WRITTEN = READ + list(REQUIRED)
 
@@ -165,6 +172,19 @@ def written_text(blocks):
     return (text + "\nEnd\n").encode()
 
 
+def bulk_data(blocks):
+    """NASTRAN cards."""
+    text = "BEGIN BULK\n"
+    for number, (x, y, z, _) in enumerate(blocks[0][1], 1):
+        text += "GRID*   %16d%16d%16.8E%16.8E*\n*       %16.8E\n" % (number, 0, x, y, z)
+    element = 0
+    for keyword, lines in blocks[1:]:
+        for *corners, tag in lines if keyword in CARDS else []:
+            element += 1
+            text += "%s  %8d%8d" % (CARDS[keyword], element, tag) + "".join("%8d" % corner for corner in corners) + "\n"
+    return (text + "$\nENDDATA\n").encode()
+
+
 # Binary
 
 
@@ -247,6 +267,10 @@ def good_files():
     files["written.mesh"] = written_text(written)
     files["written.meshb"] = binary_file(written)
     files["written.meshb.expected"] = expected(written)
+    files["written.bdf"] = bulk_data(written)
+    for keyword in CARDS:
+        files[f"written-{keyword.lower()}.bdf"] = bulk_data([written[0], (keyword, ENTITIES[keyword])])
+    files["empty.bdf"] = bulk_data([("Vertices", [])])
     files["empty.mesh"] = written_text([])
     files["empty.meshb"] = binary_file([])
     files["empty.mesh.expected"] = files["empty.meshb.expected"] = expected([])

@@ -31,6 +31,8 @@ void expect_as_printf(double value)
     const auto single = static_cast<float>(value);
     std::snprintf(text, sizeof text, "%g", static_cast<double>(single));
     ASSERT_EQ(formatted(format_float, single), text);
+    std::snprintf(text, sizeof text, "%16.8E", value);
+    ASSERT_EQ(formatted(format_scientific_field, value), text);
 }
 
 void expect_both_signs(double value)
@@ -56,6 +58,7 @@ TEST(FormatNumber, WritesRealsAroundPowersOfTenAsPrintf)
             ASSERT_NO_FATAL_FAILURE(expect_both_signs(value));
         ASSERT_NO_FATAL_FAILURE(expect_both_signs(value * 9.999999999999995));
         ASSERT_NO_FATAL_FAILURE(expect_both_signs(value * 9.9999949999999));
+        ASSERT_NO_FATAL_FAILURE(expect_both_signs(value * 9.9999999949999));
     }
 }
 
@@ -65,6 +68,8 @@ TEST(FormatNumber, RoundsHalvesToEvenAsPrintf)
     for (int64_t digits = 100'000'000'000'000; digits < 100'000'000'002'000; ++digits)
         ASSERT_NO_FATAL_FAILURE(expect_both_signs(static_cast<double>(digits) + 0.5));
     for (int digits = 100'000; digits < 102'000; ++digits)
+        ASSERT_NO_FATAL_FAILURE(expect_both_signs(digits + 0.5));
+    for (int digits = 100'000'000; digits < 100'002'000; ++digits)
         ASSERT_NO_FATAL_FAILURE(expect_both_signs(digits + 0.5));
     for (int numerator = 1; numerator < 4096; ++numerator)
         ASSERT_NO_FATAL_FAILURE(expect_both_signs(std::ldexp(numerator, -40)));
@@ -86,7 +91,12 @@ TEST(FormatNumber, WritesIntegersAsPrintf)
 {
     std::mt19937 random(2);
     const auto expect = [](int32_t value) {
-        ASSERT_EQ(formatted(format_integer, value), std::to_string(value));
+        const std::string text = std::to_string(value);
+        ASSERT_EQ(formatted(format_integer, value), text);
+        const std::string blanks(16 - text.size(), ' ');
+        ASSERT_EQ(formatted(format_integer_field<16>, int64_t{value}), blanks + text);
+        ASSERT_EQ(formatted(format_integer_field<8>, int64_t{value}),
+            (text.size() < 8 ? blanks.substr(8) : "") + text);
     };
     for (const int32_t value : {0, 1, -1, 9, 10, 99'999'999, 100'000'000, INT32_MAX, INT32_MIN})
         expect(value);

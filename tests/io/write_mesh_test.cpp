@@ -2,7 +2,6 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
-#include <functional>
 #include <locale.h>
 #include <set>
 #include <string>
@@ -13,6 +12,7 @@
 
 #include "io/bytes.h"
 #include "io/mesh_content.h"
+#include "io/served_mesh.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
@@ -133,83 +133,8 @@ TEST_F(WriteMesh, WhatIsWrittenIsReadBack)
     EXPECT_EQ(context.text(), "");
 }
 
-/// A mesh of one kind of entity served by callbacks that note their calls and fail where they are told to.
-struct Served {
-    std::vector<std::string> calls;
-    int32_t count = 0;
-    korvane_status_t count_status = STATUS_OK;
-    int32_t failing_values = 0; // the index whose vertices or coordinates fail
-    korvane_status_t values_status = STATUS_ERROR;
-    int32_t failing_tag = 0;
-    std::vector<int32_t> flags;
-    int32_t failing_flag = 0;
-    std::function<void()> after_flag = [] {};
-
-    static Served &self(void *user_data) { return *static_cast<Served *>(user_data); }
-
-    korvane_status_t note(const char *what, int32_t index, bool fails)
-    {
-        calls.push_back(what + std::to_string(index));
-        return fails ? korvane_status_t{STATUS_ERROR} : korvane_status_t{STATUS_OK};
-    }
-
-    static korvane_status_t get_count(int32_t *count, void *user_data)
-    {
-        *count = self(user_data).count;
-        self(user_data).calls.push_back("count");
-        return self(user_data).count_status;
-    }
-    static korvane_status_t get_coordinates(int32_t index, double *xyz, void *user_data)
-    {
-        Served &served = self(user_data);
-        xyz[0] = index;
-        xyz[1] = 0.5;
-        return served.note("values", index, index == served.failing_values) == STATUS_OK
-                   ? korvane_status_t{STATUS_OK}
-                   : served.values_status;
-    }
-    static korvane_status_t get_vertices(int32_t index, int32_t *vertices, void *user_data)
-    {
-        Served &served = self(user_data);
-        vertices[0] = index;
-        vertices[1] = 9;
-        return served.note("values", index, index == served.failing_values) == STATUS_OK
-                   ? korvane_status_t{STATUS_OK}
-                   : served.values_status;
-    }
-    static korvane_status_t get_tag(int32_t index, int32_t *tag, void *user_data)
-    {
-        *tag = 100 + index;
-        return self(user_data).note("tag", index, index == self(user_data).failing_tag);
-    }
-    static korvane_status_t get_flag(int32_t index, int32_t *flag, void *user_data)
-    {
-        Served &served = self(user_data);
-        *flag = served.flags.empty() ? 0 : served.flags[static_cast<std::size_t>(index - 1)];
-        const korvane_status_t status = served.note("flag", index, index == served.failing_flag);
-        served.after_flag();
-        return status;
-    }
-};
-
 class WriteServedMesh : public WriteMesh {
   protected:
-    void serve_vertices()
-    {
-        korvane_mesh_set_get_vertex_count(mesh, Served::get_count, &served);
-        korvane_mesh_set_get_vertex_coordinates(mesh, Served::get_coordinates, &served);
-        korvane_mesh_set_get_vertex_tag(mesh, Served::get_tag, &served);
-        korvane_mesh_set_get_vertex_required_status(mesh, Served::get_flag, &served);
-    }
-
-    void serve_edges()
-    {
-        korvane_mesh_set_get_edge_count(mesh, Served::get_count, &served);
-        korvane_mesh_set_get_edge_vertices(mesh, Served::get_vertices, &served);
-        korvane_mesh_set_get_edge_tag(mesh, Served::get_tag, &served);
-        korvane_mesh_set_get_edge_required_status(mesh, Served::get_flag, &served);
-    }
-
     std::string write() { return written(mesh); }
 
     Served served;
@@ -220,7 +145,7 @@ TEST_F(WriteServedMesh, AsksForEntitiesOneByOneAndForFlagsTwice)
 {
     served.count = 3;
     served.flags = {0, 7, 1};
-    serve_vertices();
+    served.serve_vertices(mesh);
     EXPECT_EQ(write(),
         "MeshVersionFormatted 2\n\nDimension 3\n\nVertices\n3\n1 0.5 0 101 \n2 0.5 0 102 \n3 0.5 0 103 \n"
         "\nRequiredVertices\n2\n2 \n3 \n\nEnd\n");
@@ -232,7 +157,7 @@ TEST_F(WriteServedMesh, AsksForEntitiesOneByOneAndForFlagsTwice)
 TEST_F(WriteServedMesh, WithoutRequiredEntitiesFlagsAreAskedForOnce)
 {
     served.count = 2;
-    serve_edges();
+    served.serve_edges(mesh);
     EXPECT_EQ(write(), "MeshVersionFormatted 2\n\nDimension 3\n\nEdges\n2\n1 9 101 \n2 9 102 \n\nEnd\n");
     EXPECT_EQ(served.calls,
         (std::vector<std::string>{"count", "values1", "tag1", "values2", "tag2", "count", "flag1", "flag2"}));
@@ -244,7 +169,7 @@ TEST_F(WriteServedMesh, FailingTagsAndFlagsAreZero)
     served.flags = {1, 1, 1};
     served.failing_tag = 2;
     served.failing_flag = 1;
-    serve_edges();
+    served.serve_edges(mesh);
     EXPECT_EQ(write(), "MeshVersionFormatted 2\n\nDimension 3\n\nEdges\n3\n1 9 101 \n2 9 0 \n3 9 103 \n"
                        "\nRequiredEdges\n2\n2 \n3 \n\nEnd\n");
     EXPECT_EQ(context.text(), "");
@@ -254,7 +179,7 @@ TEST_F(WriteServedMesh, AFailingCountIsZero)
 {
     served.count = 3;
     served.count_status = 42;
-    serve_edges();
+    served.serve_edges(mesh);
     EXPECT_EQ(write(), text_of_nothing);
     EXPECT_EQ(served.calls, (std::vector<std::string>{"count", "count"}));
 }
@@ -277,7 +202,7 @@ TEST_F(WriteServedMesh, AFailingVertexStopsWithItsStatusAndAWellFormedFile)
     served.count = 5;
     served.failing_values = 3;
     served.values_status = 42;
-    serve_vertices();
+    served.serve_vertices(mesh);
     EXPECT_EQ(korvane_mesh_write_mesh(mesh, folder.name("a.mesh").c_str()), STATUS_ERROR);
     expect_message(42, "Error accessing given mesh vertices coordinates.\n");
     EXPECT_EQ(read_file(folder.name("a.mesh")),
@@ -337,7 +262,7 @@ TEST_F(WriteServedMesh, FlagsThatChangeBetweenThePassesAreAnError)
             if (served.calls.back() == "flag3")
                 served.flags = more ? std::vector<int32_t>{1, 1, 1} : std::vector<int32_t>{0, 0, 1};
         };
-        serve_edges();
+        served.serve_edges(mesh);
         EXPECT_EQ(korvane_mesh_write_mesh(mesh, folder.name("a.meshb").c_str()), STATUS_ERROR);
         expect_message(-1, "Error writing mesh file.\n");
     }

@@ -1,0 +1,87 @@
+// A mesh of one kind of entity served by callbacks that note their calls and fail where they are told to.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <korvane.h>
+
+namespace korvane::testing {
+
+struct Served {
+    std::vector<std::string> calls;
+    int32_t count = 0;
+    korvane_status_t count_status = STATUS_OK;
+    int32_t failing_values = 0; // the index whose vertices or coordinates fail
+    korvane_status_t values_status = STATUS_ERROR;
+    int32_t failing_tag = 0;
+    std::vector<int32_t> flags;
+    int32_t failing_flag = 0;
+    std::function<void()> after_flag = [] {};
+
+    static Served &self(void *user_data) { return *static_cast<Served *>(user_data); }
+
+    korvane_status_t note(const char *what, int32_t index, bool fails)
+    {
+        calls.push_back(what + std::to_string(index));
+        return fails ? korvane_status_t{STATUS_ERROR} : korvane_status_t{STATUS_OK};
+    }
+
+    static korvane_status_t get_count(int32_t *count, void *user_data)
+    {
+        *count = self(user_data).count;
+        self(user_data).calls.push_back("count");
+        return self(user_data).count_status;
+    }
+    static korvane_status_t get_coordinates(int32_t index, double *xyz, void *user_data)
+    {
+        Served &served = self(user_data);
+        xyz[0] = index;
+        xyz[1] = 0.5;
+        return served.note("values", index, index == served.failing_values) == STATUS_OK
+                   ? korvane_status_t{STATUS_OK}
+                   : served.values_status;
+    }
+    static korvane_status_t get_vertices(int32_t index, int32_t *vertices, void *user_data)
+    {
+        Served &served = self(user_data);
+        vertices[0] = index;
+        vertices[1] = 9;
+        return served.note("values", index, index == served.failing_values) == STATUS_OK
+                   ? korvane_status_t{STATUS_OK}
+                   : served.values_status;
+    }
+    static korvane_status_t get_tag(int32_t index, int32_t *tag, void *user_data)
+    {
+        *tag = 100 + index;
+        return self(user_data).note("tag", index, index == self(user_data).failing_tag);
+    }
+    static korvane_status_t get_flag(int32_t index, int32_t *flag, void *user_data)
+    {
+        Served &served = self(user_data);
+        *flag = served.flags.empty() ? 0 : served.flags[static_cast<std::size_t>(index - 1)];
+        const korvane_status_t status = served.note("flag", index, index == served.failing_flag);
+        served.after_flag();
+        return status;
+    }
+
+    void serve_vertices(korvane_mesh_t *mesh)
+    {
+        korvane_mesh_set_get_vertex_count(mesh, get_count, this);
+        korvane_mesh_set_get_vertex_coordinates(mesh, get_coordinates, this);
+        korvane_mesh_set_get_vertex_tag(mesh, get_tag, this);
+        korvane_mesh_set_get_vertex_required_status(mesh, get_flag, this);
+    }
+
+    void serve_edges(korvane_mesh_t *mesh)
+    {
+        korvane_mesh_set_get_edge_count(mesh, get_count, this);
+        korvane_mesh_set_get_edge_vertices(mesh, get_vertices, this);
+        korvane_mesh_set_get_edge_tag(mesh, get_tag, this);
+        korvane_mesh_set_get_edge_required_status(mesh, get_flag, this);
+    }
+};
+
+} // namespace korvane::testing
