@@ -1,7 +1,6 @@
 // The sample files, which an independent writer made, and the files of other programs.
 #include <algorithm>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -51,17 +50,6 @@ class MeshFiles : public ::testing::Test {
             EXPECT_NE(mesh, nullptr);
             korvane_mesh_delete(mesh);
         }
-    }
-
-    /// Reads a file that may be damaged: a mesh or null with a message, and memory in proportion to its size.
-    void expect_survived(const std::string &name, std::size_t size)
-    {
-        context.messages.clear();
-        const std::int64_t before = allocated_bytes();
-        korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, name.c_str());
-        ASSERT_LT(allocated_bytes() - before, std::int64_t{400'000} + static_cast<std::int64_t>(40 * size));
-        ASSERT_EQ(context.messages.size(), mesh == nullptr ? 1u : 0u);
-        korvane_mesh_delete(mesh);
     }
 
     TemporaryFolder folder;
@@ -126,58 +114,6 @@ TEST_F(MeshFiles, TheSampleContentIsWrittenByteByByteAsItsMakerDoes)
     for (const char *file : {"written.mesh", "written.meshb"}) {
         EXPECT_EQ(korvane_mesh_write_mesh(mesh, folder.name(file).c_str()), STATUS_OK);
         EXPECT_EQ(read_file(folder.name(file)), read_file(data / file)) << file;
-    }
-}
-
-TEST_F(MeshFiles, SamplesCutAnywhereAreSurvived)
-{
-    for (const std::vector<fs::path> &files : {samples(), bad_samples()}) {
-        for (const fs::path &file : files) {
-            const std::string content = read_file(file);
-            const std::string name = folder.write("cut" + file.extension().string(), content);
-            // Cut further and further, in larger steps where long comments and tokens stand.
-            const std::size_t step = content.size() > 4000 ? 7 : 1;
-            for (std::size_t size = content.size(); size >= step; size -= step) {
-                fs::resize_file(name, size - step);
-                ASSERT_NO_FATAL_FAILURE(expect_survived(name, size)) << file << " cut to " << size - step;
-            }
-        }
-    }
-}
-
-TEST_F(MeshFiles, DamagedSamplesAreSurvived)
-{
-    std::mt19937 random(1);
-    const auto number = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
-    for (const fs::path &file : samples()) {
-        const std::string whole = read_file(file);
-        const std::string name = folder.name("damaged" + file.extension().string());
-        for (int round = 0; round < 150; ++round) {
-            std::string content = whole;
-            for (std::size_t damages = 1 + number(4); damages > 0; --damages) {
-                switch (number(5)) {
-                case 0:
-                    content[number(content.size())] = static_cast<char>(random());
-                    break;
-                case 1:
-                    content[number(content.size())] ^= static_cast<char>(1 << number(8));
-                    break;
-                case 2:
-                    content.erase(number(content.size()), 1 + number(8));
-                    break;
-                case 3:
-                    content.insert(
-                        number(content.size()), std::string(1 + number(8), static_cast<char>(random())));
-                    break;
-                default: { // a word of another place
-                    const std::size_t from = number(content.size()) / 4 * 4;
-                    content.replace(number(content.size()) / 4 * 4, 4, content.substr(from, 4));
-                }
-                }
-            }
-            folder.write(fs::path(name).filename(), content);
-            ASSERT_NO_FATAL_FAILURE(expect_survived(name, content.size())) << file << " round " << round;
-        }
     }
 }
 
