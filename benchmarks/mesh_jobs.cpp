@@ -1,12 +1,7 @@
 // The main jobs on a million tetrahedra and two million triangles, each beside its plain loop. The table at
 // the end gives the time of every job as a ratio to its plain loops.
-//
-// The base of a job is named after the last slash of its plain benchmarks: "read binary/plain" is the base of
-// "read binary".
-#include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -15,38 +10,10 @@
 
 #include "flat_mesh.h"
 #include "plain_loops.h"
+#include "ratio_report.h"
 
 namespace korvane::benchmarks {
 namespace {
-
-/// Prints the runs as they come and keeps their times, for the table of ratios.
-class RatioReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs)
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                times[run.run_name.function_name] = run.GetAdjustedCPUTime();
-    }
-
-    void print_table() const
-    {
-        std::printf("\n%-34s %-22s %8s\n", "job", "against", "ratio");
-        for (const auto &[name, time] : times) {
-            const std::size_t slash = name.rfind('/');
-            if (slash == std::string::npos)
-                continue;
-            const auto job = times.find(name.substr(0, slash));
-            if (job != times.end())
-                std::printf("%-34s %-22s %8.2f\n", job->first.c_str(), name.substr(slash + 1).c_str(),
-                    job->second / time);
-        }
-    }
-
-  private:
-    std::map<std::string, double> times;
-};
 
 template <class Job>
 void add(const std::string &name, int64_t items, Job job)
@@ -141,16 +108,5 @@ int main(int argc, char **argv)
     add_judgement(
         "shuffled triangles", two_million_triangles(Order::shuffled), Order::shuffled, shuffled_triangles);
 
-    std::vector<char *> arguments(argv, argv + argc);
-    std::string repetitions = "--benchmark_repetitions=5", time = "--benchmark_min_time=0.05";
-    std::string interleaving = "--benchmark_enable_random_interleaving=true";
-    arguments.insert(arguments.begin() + 1, {repetitions.data(), time.data(), interleaving.data()});
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
-        return 2;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.print_table();
-    return 0;
+    return run_with_ratios(argc, argv);
 }
