@@ -40,14 +40,17 @@ struct Interval {
     std::size_t lo, hi;
 };
 
-/// The segment that t lies in: the first or last one outside, the later one at equal abscissas.
+/// The segment that t lies in: the first or last one outside, the later one at equal abscissas. Without a
+/// branch on t, which is as good as random.
 Interval find_segment(const Polyline &polyline, double t)
 {
     std::size_t lo = 0;
     std::size_t hi = static_cast<std::size_t>(polyline.n) - 1;
     while (hi - lo > 1) {
         const std::size_t mid = (lo + hi) / 2;
-        (polyline.s[mid] > t ? hi : lo) = mid;
+        const bool is_later = polyline.s[mid] > t;
+        lo = is_later ? lo : mid;
+        hi = is_later ? mid : hi;
     }
     return {lo, hi};
 }
