@@ -12,7 +12,10 @@ int info(const std::vector<std::string> &files);
 /// Reports on meshes in readable form or, with a name that is not empty, in keyed form.
 int stats(const std::vector<std::string> &files, const std::string &name);
 
-/// Writes a mesh file in another encoding, and tells what it does not carry over.
+/// Reports on a size map against the lengths of the edges of its mesh.
+int sizes(const std::string &mesh_file, const std::string &solution_file);
+
+/// Writes a mesh file in another encoding or format, and tells what it does not carry over.
 int convert(const std::string &input, const std::string &output);
 
 /// True for a file name that convert can write.

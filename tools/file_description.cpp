@@ -26,6 +26,12 @@ bool is_carried(int32_t code)
         [=](const Entity &entity) { return entity.keyword == code || entity.required_keyword == code; });
 }
 
+bool has_card(int32_t code)
+{
+    return std::ranges::any_of(
+        entity_table, [=](const Entity &entity) { return entity.keyword == code && !entity.card.empty(); });
+}
+
 } // namespace
 
 std::optional<FileDescription> describe_file(const std::string &file)
@@ -36,11 +42,13 @@ std::optional<FileDescription> describe_file(const std::string &file)
         return {};
     const GmfFileGuard guard(index);
     const gmf_file_t &record = *gmf_find_file(index);
-    FileDescription description{record.is_binary(), record.has_opposite_byte_order(), version, dimension, {}};
+    FileDescription description{record.is_binary(), record.has_opposite_byte_order(), version, dimension,
+        (record.kind_flags & gmf_solution) != 0, {}};
     for (int32_t code = 1; code <= GMF_MAX_KEYWORDS; ++code) {
         const int32_t count = gmf_keyword_count(index, code);
         if (count != 0 && !is_frame(code))
-            description.blocks.push_back({std::string(gmf_row(code).name), count, is_carried(code)});
+            description.blocks.push_back({std::string(gmf_row(code).name), count, is_carried(code),
+                has_card(code), gmf_row(code).reads_types()});
     }
     return description;
 }

@@ -9,8 +9,10 @@ namespace korvane::tools {
 
 struct KeywordBlock {
     std::string name;
-    int count;    // lines
-    bool carried; // read into a mesh by the library
+    int count;     // lines
+    bool carried;  // read into a mesh by the library
+    bool has_card; // exported as bulk data
+    bool solution; // its lines hold values of stated types
 };
 
 struct FileDescription {
@@ -18,6 +20,7 @@ struct FileDescription {
     bool foreign_byte_order; // of a binary file
     int version;             // 1 single precision, 2 or 3 double
     int dimension;
+    bool solution;                    // by its name
     std::vector<KeywordBlock> blocks; // in the order of the keyword codes
 };
 

@@ -9,6 +9,7 @@
 #include "file_description.h"
 #include "mesh_kinds.h"
 #include "session.h"
+#include "solutions.h"
 
 namespace korvane::tools {
 
@@ -24,8 +25,22 @@ void print_format(const std::string &file, const FileDescription &description)
         description.version, description.version == 1 ? "single" : "double", description.dimension);
     std::printf("  keywords :\n");
     for (const KeywordBlock &block : description.blocks)
-        std::printf(
-            "    %-30s %10d%s\n", block.name.c_str(), block.count, block.carried ? "" : "  (not read)");
+        std::printf("    %-30s %10d%s\n", block.name.c_str(), block.count,
+            block.carried || block.solution ? "" : "  (not read)");
+}
+
+void print_solutions(const std::string &file)
+{
+    for (const Solution &solution : read_solutions(file)) {
+        std::string types;
+        for (const int32_t type : solution.types)
+            types += (types.empty() ? "" : ", ") + name_of_type(type);
+        std::printf("  %s : %s; values per line : %zu\n", solution.keyword.c_str(),
+            types.empty() ? "no type" : types.c_str(), solution.ranges.size());
+        for (std::size_t i = 0; i < solution.ranges.size(); ++i)
+            std::printf(
+                "    value %zu : %.15g to %.15g\n", i + 1, solution.ranges[i].low, solution.ranges[i].high);
+    }
 }
 
 void print_bounding_box(const korvane_mesh_t *mesh)
@@ -89,6 +104,10 @@ bool describe(Session &session, const std::string &file)
     const std::optional<FileDescription> description = describe_file(file);
     if (description)
         print_format(file, *description);
+    if (description)
+        print_solutions(file);
+    if (description && description->solution)
+        return true;
     if (description && description->dimension != 3) {
         std::printf("  contents : not read, because they are not three-dimensional\n");
         return true;

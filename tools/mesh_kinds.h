@@ -7,9 +7,13 @@
 
 namespace korvane::tools {
 
+using CornerPair = uint8_t[2]; // numbered from 0
+
 struct MeshKind {
     const char *plural;
+    std::span<const CornerPair> edges; // of an element
     korvane_status_t (*get_count)(const korvane_mesh_t *, int32_t *);
+    korvane_status_t (*get_vertices)(const korvane_mesh_t *, int32_t, int32_t *); // null for vertices
     korvane_status_t (*get_tag)(const korvane_mesh_t *, int32_t, int32_t *);
     korvane_status_t (*get_required_status)(const korvane_mesh_t *, int32_t, int32_t *);
 };

@@ -31,21 +31,37 @@ Session::Session() : context(korvane_context_new())
     korvane_context_set_message_callback(context.get(), receive, this);
 }
 
-Mesh Session::read(const std::string &file)
+bool is_bulk_data(const std::string &file)
+{
+    return file.ends_with(".bdf");
+}
+
+/// False after it was told that there is no such file.
+bool Session::starts_on(const std::string &file)
 {
     subject = file;
     struct stat status;
-    if (stat(file.c_str(), &status) != 0) {
-        complain(file, std::strerror(errno));
-        return nullptr;
-    }
-    return Mesh(korvane_mesh_new_read_mesh(context.get(), file.c_str()));
+    if (stat(file.c_str(), &status) == 0)
+        return true;
+    complain(file, std::strerror(errno));
+    return false;
+}
+
+Mesh Session::read(const std::string &file)
+{
+    return Mesh(starts_on(file) ? korvane_mesh_new_read_mesh(context.get(), file.c_str()) : nullptr);
+}
+
+Sizemap Session::read_sizes(const korvane_mesh_t *mesh, const std::string &file)
+{
+    return Sizemap(starts_on(file) ? korvane_sizemap_new_read_sol(mesh, file.c_str()) : nullptr);
 }
 
 bool Session::write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown)
 {
     subject = shown;
-    return korvane_mesh_write_mesh(mesh, file.c_str()) == STATUS_OK;
+    const auto write_file = is_bulk_data(file) ? korvane_mesh_write_bdf : korvane_mesh_write_mesh;
+    return write_file(mesh, file.c_str()) == STATUS_OK;
 }
 
 void Session::complain(const std::string &file, const std::string &text)

@@ -15,8 +15,13 @@ enum Exit { done = 0, file_problem = 1, wrong_usage = 2 };
 struct Delete {
     void operator()(korvane_context_t *context) const { korvane_context_delete(context); }
     void operator()(korvane_mesh_t *mesh) const { korvane_mesh_delete(mesh); }
+    void operator()(korvane_sizemap_t *sizemap) const { korvane_sizemap_delete(sizemap); }
 };
 using Mesh = std::unique_ptr<korvane_mesh_t, Delete>;
+using Sizemap = std::unique_ptr<korvane_sizemap_t, Delete>;
+
+/// True for the name of a file of bulk data.
+bool is_bulk_data(const std::string &file);
 
 class Session {
   public:
@@ -27,13 +32,18 @@ class Session {
     /// Reads a mesh; null after what is wrong was told.
     Mesh read(const std::string &file);
 
-    /// Writes a mesh; false after what is wrong was told, which names `shown` rather than `file`.
+    /// Reads the size map of a mesh; null after what is wrong was told.
+    Sizemap read_sizes(const korvane_mesh_t *mesh, const std::string &file);
+
+    /// Writes a mesh in the format that the end of the name states; false after what is wrong was told, which
+    /// names `shown` rather than `file`.
     bool write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown);
 
     /// Tells on standard error what is wrong with a file.
     static void complain(const std::string &file, const std::string &text);
 
   private:
+    bool starts_on(const std::string &file);
     static korvane_status_t receive(korvane_message_t *message, void *session);
 
     std::unique_ptr<korvane_context_t, Delete> context;

@@ -99,9 +99,9 @@ bool holds(const std::string &text, const std::string &part)
 
 TEST_F(Command, WithoutArgumentsIsWrongUsage)
 {
-    for (const char *arguments :
-        {"", "info", "stats", "convert", "convert a.mesh", "nonsense", "info --nonsense a.mesh",
-            "stats --valid '' a.mesh", "convert a.mesh b.txt", "convert a.mesh b", "stats --valid"}) {
+    for (const char *arguments : {"", "info", "stats", "convert", "convert a.mesh", "nonsense",
+             "info --nonsense a.mesh", "stats --valid '' a.mesh", "convert a.mesh b.txt", "convert a.mesh b",
+             "stats --valid", "sizes", "sizes a.mesh"}) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exit_status, 2) << arguments;
         EXPECT_NE(outcome.errors, "") << arguments;
@@ -251,6 +251,101 @@ TEST_F(Command, ConvertsOntoItselfAndThroughLinks)
     EXPECT_TRUE(fs::is_symlink(folder / "link.mesh"));
     EXPECT_TRUE(holds(contents(folder / "self.mesh"), "MeshVersionFormatted 2"));
     EXPECT_EQ(files_besides({"self.mesh", "link.mesh"}), std::vector<std::string>{});
+}
+
+TEST_F(Command, InfoDescribesSolutions)
+{
+    write("mixed.sol", "MeshVersionFormatted 2 Dimension 3 SolAtVertices 2 2 1 2 0.5 1 2 3 -0.25 4 5 6 "
+                       "SolAtTriangles 1 1 4 1 2 3 4 5 6 7 8 9 End");
+    const Outcome outcome = run("info mixed.sol");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.output, "mixed.sol\n"
+                              "  format : text, version 2 (double precision), 3 dimensions\n"
+                              "  keywords :\n"
+                              "    SolAtVertices                           2\n"
+                              "    SolAtTriangles                          1\n"
+                              "  SolAtVertices : scalar, vector; values per line : 4\n"
+                              "    value 1 : -0.25 to 0.5\n"
+                              "    value 2 : 1 to 4\n"
+                              "    value 3 : 2 to 5\n"
+                              "    value 4 : 3 to 6\n"
+                              "  SolAtTriangles : matrix; values per line : 9\n"
+                              "    value 1 : 1 to 1\n"
+                              "    value 2 : 2 to 2\n"
+                              "    value 3 : 3 to 3\n"
+                              "    value 4 : 4 to 4\n"
+                              "    value 5 : 5 to 5\n"
+                              "    value 6 : 6 to 6\n"
+                              "    value 7 : 7 to 7\n"
+                              "    value 8 : 8 to 8\n"
+                              "    value 9 : 9 to 9\n");
+    write("broken.sol", "MeshVersionFormatted 2 Dimension 3 SolAtVertices 2 21 1 2 0.5");
+    EXPECT_EQ(run("info broken.sol").exit_status, 1);
+}
+
+TEST_F(Command, SizesComparesEdgesWithTheSizesAtTheirEnds)
+{
+    // A unit square of two triangles, with an edge to a vertex that the mesh lacks.
+    write("square.mesh",
+        "MeshVersionFormatted 2 Dimension 3 Vertices 5 0 0 0 0 1 0 0 0 1 1 0 0 0 1 0 0 9 9 9 0 "
+        "Edges 2 1 2 0 2 6 0 Triangles 2 1 2 3 0 1 3 4 0 End");
+    write("square.sol", "MeshVersionFormatted 2 Dimension 3 SolAtVertices 5 1 1 1 1 3 -1 8 End");
+    const Outcome outcome = run("sizes square.mesh square.sol");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "");
+    // 1-2: 1 of 1; 2-3: 1 of 2; 1-3: sqrt(2) of 2; 3-4: 1 of 1; 1-4: 1 of 0.
+    EXPECT_EQ(outcome.output, "square.mesh, square.sol\n"
+                              "  sizes at vertices : 5\n"
+                              "    min  : -1\n"
+                              "    max  : 8\n"
+                              "    mean : 2.4\n"
+                              "  edges, length / size : 4\n"
+                              "    min  : 0.5\n"
+                              "    max  : 1\n"
+                              "    mean : 0.801777\n"
+                              "           .. 0.25              0    0.0 %\n"
+                              "      0.25 .. 0.5               0    0.0 %\n"
+                              "       0.5 .. 0.7071            1   25.0 %  ##########\n"
+                              "    0.7071 .. 0.9               1   25.0 %  ##########\n"
+                              "       0.9 .. 1.111             2   50.0 %  ####################\n"
+                              "     1.111 .. 1.414             0    0.0 %\n"
+                              "     1.414 .. 2                 0    0.0 %\n"
+                              "         2 .. 4                 0    0.0 %\n"
+                              "         4 ..                   0    0.0 %\n"
+                              "  edges without a positive size : 1\n"
+                              "  edges of vertices that the mesh lacks : 1\n");
+}
+
+TEST_F(Command, SizesOfAnotherMeshAreAProblem)
+{
+    write("one.sol", "MeshVersionFormatted 2 Dimension 3 SolAtVertices 1 1 1 1 End");
+    const Outcome outcome = run("sizes " + sample + " one.sol");
+    EXPECT_EQ(outcome.exit_status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(
+        outcome.errors, "korvane: one.sol: Error matching mesh and sizemap for solution file reading.\n");
+    EXPECT_EQ(run("sizes " + sample + " missing.sol").exit_status, 1);
+    EXPECT_EQ(run("sizes missing.mesh one.sol").exit_status, 1);
+}
+
+TEST_F(Command, ConvertWritesBulkDataAndTellsWhatItDoesNotCarry)
+{
+    write("small.mesh", "MeshVersionFormatted 2 Dimension 3 Vertices 2 1 2 3 5 4 5 6 0 Edges 1 1 2 7 "
+                        "Pyramids 1 1 1 1 1 2 3 RequiredEdges 1 1 End");
+    const Outcome outcome = run("convert small.mesh small.bdf");
+    EXPECT_EQ(outcome.exit_status, 0);
+    EXPECT_EQ(outcome.errors, "korvane: small.mesh: not carried over: RequiredEdges (1)\n"
+                              "korvane: small.mesh: not carried over: Pyramids (1)\n"
+                              "korvane: small.mesh: not carried over: tags of vertices\n");
+    EXPECT_EQ(contents(folder / "small.bdf"),
+        "BEGIN BULK\n"
+        "GRID*                  1               0  1.00000000E+00  2.00000000E+00*\n"
+        "*         3.00000000E+00\n"
+        "GRID*                  2               0  4.00000000E+00  5.00000000E+00*\n"
+        "*         6.00000000E+00\n"
+        "CBAR         1       7       1       2\n"
+        "$\nENDDATA\n");
 }
 
 TEST_F(Command, AFullDiskIsAProblem)
