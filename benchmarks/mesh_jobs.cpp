@@ -73,6 +73,15 @@ void add_files(const std::string &subject, const FlatMesh &flat, LazyMesh &mesh)
     }
 }
 
+void add_bulk_data(const std::string &subject, const FlatMesh &flat, LazyMesh &mesh)
+{
+    static const TemporaryFile file("-out.bdf");
+    const int64_t items = flat.vertex_count() + flat.element_count();
+    const std::string write = "write bulk data " + subject;
+    add(write, items, [&mesh] { korvane_mesh_write_bdf(mesh.get(), file.name()); });
+    add(write + "/fprintf", items, [&flat] { write_bulk_data_with_fprintf(flat, file.name()); });
+}
+
 /// Statistics of any mesh, topology of surfaces.
 void add_judgement(const std::string &subject, const FlatMesh &flat, Order order, LazyMesh &mesh)
 {
@@ -101,6 +110,8 @@ int main(int argc, char **argv)
     LazyMesh shuffled_triangles(two_million_triangles(Order::shuffled));
     add_files("tetrahedra", million_tetrahedra(Order::natural), tetrahedra);
     add_files("triangles", two_million_triangles(Order::natural), triangles);
+    add_bulk_data("tetrahedra", million_tetrahedra(Order::natural), tetrahedra);
+    add_bulk_data("triangles", two_million_triangles(Order::natural), triangles);
     add_judgement("tetrahedra", million_tetrahedra(Order::natural), Order::natural, tetrahedra);
     add_judgement("triangles", two_million_triangles(Order::natural), Order::natural, triangles);
     add_judgement(

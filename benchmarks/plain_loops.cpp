@@ -355,6 +355,27 @@ void write_with_fprintf(const FlatMesh &mesh, const char *file_name)
     std::fprintf(file.stream, "\nEnd\n");
 }
 
+void write_bulk_data_with_fprintf(const FlatMesh &mesh, const char *file_name)
+{
+    File file(file_name, "w");
+    const auto width = static_cast<std::size_t>(mesh.corners);
+    std::fprintf(file.stream, "BEGIN BULK\n");
+    for (int32_t i = 0; i < mesh.vertex_count(); ++i) {
+        const double *xyz = &mesh.coordinates[3 * static_cast<std::size_t>(i)];
+        std::fprintf(file.stream, "GRID*   %16d               0%16.8E%16.8E*\n*       %16.8E\n", i + 1,
+            xyz[0], xyz[1], xyz[2]);
+    }
+    for (int32_t i = 0; i < mesh.element_count(); ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        std::fprintf(
+            file.stream, "%s  %8d%8d", width == 3 ? "CTRIA3" : "CTETRA", i + 1, mesh.element_tags[at]);
+        for (std::size_t k = 0; k < width; ++k)
+            std::fprintf(file.stream, "%8d", mesh.vertices[width * at + k]);
+        std::fprintf(file.stream, "\n");
+    }
+    std::fprintf(file.stream, "$\nENDDATA\n");
+}
+
 void write_raw(const std::string &bytes, const char *file_name)
 {
     File file(file_name, "wb");

@@ -24,6 +24,9 @@ void encode_and_write(const FlatMesh &mesh, const char *file_name);
 /// One fprintf per value.
 void write_with_fprintf(const FlatMesh &mesh, const char *file_name);
 
+/// Bulk data, with one fprintf per vertex and per field of an element.
+void write_bulk_data_with_fprintf(const FlatMesh &mesh, const char *file_name);
+
 /// One write of the bytes given.
 void write_raw(const std::string &bytes, const char *file_name);
 
