@@ -81,13 +81,23 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
     void expect_survived(std::size_t size)
     {
         const std::int64_t limit = allowance + allowance_per_byte * static_cast<std::int64_t>(size);
-        std::int64_t before = allocated_bytes();
+        const std::int64_t before = allocated_bytes();
         ASSERT_NO_FATAL_FAILURE(read_blocks(size));
         ASSERT_LT(allocated_bytes() - before, limit);
-        if (name.find(".mesh") == name.npos)
-            return;
         context.messages.clear();
-        before = allocated_bytes();
+        ASSERT_NO_FATAL_FAILURE(is_mesh ? read_mesh(limit) : read_solution(limit));
+    }
+
+    const std::string whole = read_file(fs::path(KORVANE_TEST_DATA) / GetParam());
+    const std::string file = "damaged" + fs::path(GetParam()).extension().string();
+    TemporaryFolder folder;
+    const std::string name = folder.name(file);
+    const bool is_mesh = file.find(".mesh") != file.npos;
+
+  private:
+    void read_mesh(std::int64_t limit)
+    {
+        const std::int64_t before = allocated_bytes();
         korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, name.c_str());
         ASSERT_LT(allocated_bytes() - before, limit);
         ASSERT_EQ(context.messages.size(), mesh == nullptr ? 1u : 0u);
@@ -97,15 +107,30 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
         korvane_mesh_delete(mesh);
     }
 
-    const std::string whole = read_file(fs::path(KORVANE_TEST_DATA) / GetParam());
-    const std::string file = "damaged" + fs::path(GetParam()).extension().string();
-    TemporaryFolder folder;
-    const std::string name = folder.name(file);
+    /// Against a mesh that has as many vertices as the file states.
+    void read_solution(std::int64_t limit)
+    {
+        korvane_mesh_t *mesh = korvane_mesh_new_in_memory(context);
+        korvane_mesh_set_vertex_count(mesh, stated_sizes);
+        const std::int64_t before = allocated_bytes();
+        korvane_sizemap_t *sizemap = korvane_sizemap_new_read_sol(mesh, name.c_str());
+        ASSERT_LT(allocated_bytes() - before, limit);
+        ASSERT_EQ(context.messages.size(), sizemap == nullptr ? 1u : 0u);
+        double value = -7;
+        for (const int32_t vertex : {1, stated_sizes})
+            ASSERT_EQ(korvane_sizemap_iso_mesh_vertex_get_size(sizemap, vertex, &value),
+                sizemap == nullptr ? STATUS_ERROR : STATUS_OK);
+        if (sizemap != nullptr && stated_sizes <= 2000) {
+            ASSERT_EQ(korvane_sizemap_write_sol(sizemap, folder.name("again.solb").c_str()), STATUS_OK);
+        }
+        korvane_sizemap_delete(sizemap);
+        korvane_mesh_delete(mesh);
+    }
 
-  private:
     /// Reads every block of the file line by line.
     void read_blocks(std::size_t size)
     {
+        stated_sizes = 0;
         int32_t version = 0;
         int32_t dimension = 0;
         const int32_t index = gmf_open_file(name.c_str(), gmf_read_mode, &version, &dimension);
@@ -113,6 +138,7 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
             return;
         ASSERT_EQ(index, 1);
         const GmfFileGuard guard(index);
+        stated_sizes = gmf_keyword_count(index, gmf_sol_at_vertices);
         std::array<int32_t, 180> integers; // more than a line has
         std::array<double, 180> reals;
         for (int32_t code = -1; code <= GMF_MAX_KEYWORDS + 1; ++code) {
@@ -147,7 +173,9 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
         }
         content_of(mesh); // expects every getter to succeed
         ASSERT_EQ(korvane_mesh_compute_statistics_valid(mesh, "damaged"), STATUS_OK);
-        ASSERT_EQ(korvane_mesh_compute_statistics(mesh), STATUS_OK);
+        // NASTRAN has no room for indices of 9 digits and more.
+        const korvane_status_t status = korvane_mesh_write_bdf(mesh, folder.name("cards.bdf").c_str());
+        ASSERT_TRUE(status == STATUS_OK || status == STATUS_ERROR);
         ASSERT_EQ(written(mesh, "text.mesh").substr(0, 22), "MeshVersionFormatted 2");
         const std::string binary = written(mesh, "binary.meshb");
         korvane_mesh_t *again = korvane_mesh_new_read_mesh(context, folder.name("binary.meshb").c_str());
@@ -163,6 +191,7 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
     }
 
     RecordingContext context;
+    int32_t stated_sizes = 0;
 };
 
 TEST_P(DamagedFile, CutAnywhereIsSurvived)
@@ -222,16 +251,14 @@ using DamagedBinaryFile = DamagedFile;
 
 TEST_P(DamagedBinaryFile, WithAnExtremeWordIsSurvived)
 {
+    const bool is_opposite = whole.size() >= 4 && load<uint32_t>(whole.data()) != 1;
     for (std::size_t position = 0; position + 4 <= whole.size(); position += 4) {
         for (const uint32_t word : {0u, 1u, 0xffffffffu, 0x7fffffffu, 0x80000000u}) {
-            // Of the other byte order too: the samples are of both.
-            for (const uint32_t stored : {word, reversed(word)}) {
-                std::string content = whole;
-                content.replace(position, 4, reinterpret_cast<const char *>(&stored), 4);
-                folder.write(file, content);
-                ASSERT_NO_FATAL_FAILURE(expect_survived(content.size()))
-                    << "word " << stored << " at " << position;
-            }
+            const uint32_t stored = is_opposite ? reversed(word) : word;
+            std::string content = whole;
+            content.replace(position, 4, reinterpret_cast<const char *>(&stored), 4);
+            folder.write(file, content);
+            ASSERT_NO_FATAL_FAILURE(expect_survived(content.size())) << "word " << word << " at " << position;
         }
     }
 }

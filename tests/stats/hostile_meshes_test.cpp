@@ -113,7 +113,7 @@ TEST_F(HostileMesh, CountsThatChangeFromCallToCallAreSurvived)
     for (std::size_t first = 0; first < counts.size(); ++first) {
         for (std::size_t step = 0; step < counts.size(); ++step) {
             std::size_t next = first;
-            client.deviate_at(0, Deviation::fails);
+            client.behave();
             client.lie = [&] { return counts[(next += step) % counts.size()]; };
             poison_stack();
             ASSERT_EQ(korvane_mesh_compute_statistics(client), STATUS_OK);

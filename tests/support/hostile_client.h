@@ -66,6 +66,12 @@ class HostileClient {
         return mesh;
     }
 
+    /// No call deviates from here on.
+    void behave()
+    {
+        deviate_at(0, Deviation::fails);
+    }
+
     /// Starts counting calls anew; the given one deviates.
     void deviate_at(int64_t call, Deviation how)
     {
@@ -221,6 +227,7 @@ inline void sweep_deviations(HostileClient &client, const std::function<void(Dev
                 break;
         }
     }
+    client.behave();
 }
 
 } // namespace korvane::testing
