@@ -58,7 +58,7 @@ class BulkDataWriter {
         return for_each_block(carried == STATUS_OK ? count : 0, [&](int32_t first, int32_t part) {
             const FetchedEntities fetched = entity.fetch(mesh, first, part, block);
             for (int32_t i = 0; i < fetched.count; ++i)
-                write_grid_card(entity.card, first + i, &block.coordinates[std::size_t{3} * i]);
+                write_grid_card(entity.card, first + i, &block.coordinates[3 * static_cast<std::size_t>(i)]);
             if (stream.has_failed())
                 return report_writing("bdf file");
             // Kept on purpose: a vertex without tag fails an export without elements, because the status of
