@@ -42,7 +42,7 @@ void delete_sizes_of_file(void *user_data)
     destroy(static_cast<SizesOfFile *>(user_data));
 }
 
-/// Reads the sizes; null if memory runs out.
+/// Reads the sizes, which come next in the file; null if memory runs out.
 Owned<SizesOfFile> read_sizes(int32_t index, int32_t version, int32_t count)
 {
     Owned<SizesOfFile> sizes = create_owned<SizesOfFile>();
@@ -52,7 +52,7 @@ Owned<SizesOfFile> read_sizes(int32_t index, int32_t version, int32_t count)
     sizes->count = count;
     // Kept on purpose: a text may state version 3, whose sizes are not read, because only the first two
     // versions of solutions were ever written.
-    if (version > 2 || held == 0 || gmf_seek_keyword(index, gmf_sol_at_vertices) != 0)
+    if (version > 2 || held == 0)
         return sizes;
     const GmfInput column = {1, nullptr, sizes->values.data()};
     gmf_read_lines(index, gmf_sol_at_vertices, held, {&column, 1});
@@ -93,6 +93,10 @@ class SolutionReader {
         const int32_t count = checked_count(index);
         if (count == 0)
             return nullptr;
+        if (gmf_seek_keyword(index, gmf_sol_at_vertices) != 0) {
+            report_solution("Error reading solution file");
+            return nullptr;
+        }
         Owned<SizesOfFile> sizes = read_sizes(index, version, count);
         if (!sizes)
             return nullptr;
