@@ -250,13 +250,17 @@ class Machine {
         for (std::size_t kind = 0; kind < counts.size(); ++kind)
             if (!count_replaced[kind] && counts[kind] > usual_count)
                 return;
-        switch (script.choice(4)) {
+        switch (script.choice(5)) {
         case 0:
             return require(korvane_mesh_compute_statistics(mesh) == STATUS_OK);
         case 1:
             return require(korvane_mesh_compute_statistics_valid(mesh, "name") == STATUS_OK);
         case 2:
             return require(korvane_mesh_compute_topological_statistics(mesh) == STATUS_OK);
+        case 3:
+            korvane_mesh_write_bdf(mesh, file_name("-memory.bdf").c_str());
+            std::remove(file_name("-memory.bdf").c_str());
+            return;
         default:
             return write(script.chance() ? "-memory.meshb" : "-memory.mesh");
         }

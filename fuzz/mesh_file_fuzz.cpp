@@ -1,5 +1,5 @@
-// Any file is read as a mesh or refused with one message; a mesh of usual size can be written in both
-// encodings, and what is read back from the binary one and written again is the same file.
+// Any file is read as a mesh or refused with one message; a mesh of usual size can be reported on and written
+// in all formats, and what is read back from a binary file and written again is the same file.
 #include <fstream>
 #include <iterator>
 
@@ -60,7 +60,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         require(again != nullptr && written(again, "-third.meshb") == binary);
         written(mesh, "-again.mesh");
         require(korvane_mesh_new_read_mesh(context, file_name("-again.mesh").c_str()) != nullptr);
-        for (const char *extension : {"-again.meshb", "-third.meshb", "-again.mesh"})
+        korvane_mesh_write_bdf(mesh, file_name("-again.bdf").c_str());
+        require(korvane_mesh_compute_statistics(mesh) == STATUS_OK);
+        require(korvane_mesh_compute_statistics_valid(mesh, "name") == STATUS_OK);
+        for (const char *extension : {"-again.meshb", "-third.meshb", "-again.mesh", "-again.bdf"})
             std::remove(file_name(extension).c_str());
     }
     korvane_context_delete(context);
