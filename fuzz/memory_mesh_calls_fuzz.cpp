@@ -1,5 +1,7 @@
 // Any sequence of calls on an in-memory mesh gives what a naive model of its arrays gives. Callbacks of a
 // hostile client replace some of its own; reports and files are made whatever the mesh serves.
+#include <bit>
+
 #include <korvane.h>
 
 #include "mesh_rows.h"
@@ -155,8 +157,11 @@ class Machine {
         if (coordinates.replaced)
             return;
         require(status == (is_within(0, index) ? STATUS_OK : STATUS_ERROR));
-        if (status == STATUS_OK) // not-a-number equals nothing
-            require(std::memcmp(coordinates.read(index, 3).data(), xyz.data(), sizeof xyz) == 0);
+        if (status != STATUS_OK)
+            return;
+        const std::vector<double> expected = coordinates.read(index, 3);
+        for (std::size_t i = 0; i < xyz.size(); ++i) // bit by bit: not-a-number equals nothing
+            require(std::bit_cast<uint64_t>(expected[i]) == std::bit_cast<uint64_t>(xyz[i]));
     }
 
     // -- Extra vertices

@@ -224,9 +224,11 @@ TEST_P(DamagedFile, MovedAboutIsSurvived)
         std::string content = whole;
         for (std::size_t left = 1 + number(4); left > 0 && !content.empty(); --left) {
             switch (number(4)) {
-            case 0:
-                content[number(content.size())] ^= static_cast<char>(1 << number(8));
+            case 0: {
+                char &byte = content[number(content.size())];
+                byte = static_cast<char>(byte ^ (1 << number(8)));
                 break;
+            }
             case 1:
                 content.erase(number(content.size()), 1 + number(8));
                 break;

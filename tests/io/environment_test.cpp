@@ -78,10 +78,8 @@ class Environment : public ::testing::Test {
 
 TEST_F(Environment, NamesMayHoldAnyBytes)
 {
-    for (const char *name : {"Gr\xc3\xb6\xc3\x9f"
-                             "e",
-             "\xe7\xbd\x91\xe6\xa0\xbc", "latin \xe9\xff\x80", "two\nlines", "%s%n%i", "a.mesh", "#", " ",
-             "-", "tab\t", "quote'\"\\", "\x01\x7f"}) {
+    for (const char *name : {"Ma\xc3\x9f", "\xe7\xbd\x91\xe6\xa0\xbc", "latin \xe9\xff\x80", "two\nlines",
+             "%s%n%i", "a.mesh", "#", " ", "-", "tab\t", "quote'\"\\", "\x01\x7f"}) {
         const std::string start = folder.name(name);
         EXPECT_EQ(write_all(start), all_well) << name;
         expect_readable(start);
@@ -219,7 +217,7 @@ class LargeFile : public Environment {
     std::string write_with_hole(
         const std::string &file, const std::string &begin, std::uintmax_t hole, const std::string &end)
     {
-        const std::string name = folder.write(file, begin);
+        std::string name = folder.write(file, begin);
         fs::resize_file(name, begin.size() + hole);
         std::ofstream(name, std::ios::app | std::ios::binary) << end;
         return name;

@@ -25,7 +25,7 @@ class WriteHostileMesh : public ::testing::Test {
     {
         korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, name.c_str());
         EXPECT_NE(mesh, nullptr);
-        const MeshContent content = content_of(mesh);
+        MeshContent content = content_of(mesh);
         korvane_mesh_delete(mesh);
         return content;
     }
