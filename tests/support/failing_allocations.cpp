@@ -2,6 +2,7 @@
 #include "support/failing_allocations.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace {
 
@@ -14,10 +15,24 @@ bool persistent = false;
 bool met = false;         // since the last arming
 bool met_in_body = false; // since the start of a sweep's body, which can arm several times
 
+std::size_t limit = SIZE_MAX; // bytes of one allocation
+std::size_t refused_bytes = 0;
+
+bool exceeds_limit(std::size_t size)
+{
+    if (size <= limit)
+        return false;
+    if (refused_bytes == 0)
+        refused_bytes = size;
+    return true;
+}
+
 bool fails_now(std::size_t size)
 {
     ++total;
     total_bytes += static_cast<std::int64_t>(size);
+    if (exceeds_limit(size))
+        return true;
     if (!armed)
         return false;
     --until_failure;
@@ -103,6 +118,22 @@ bool AllocationFault::disarm()
 {
     armed = false;
     return met;
+}
+
+AllocationLimit::AllocationLimit(std::size_t bytes)
+{
+    limit = bytes;
+    refused_bytes = 0;
+}
+
+AllocationLimit::~AllocationLimit()
+{
+    limit = SIZE_MAX;
+}
+
+std::size_t AllocationLimit::refused() const
+{
+    return refused_bytes;
 }
 
 std::int64_t allocation_count()

@@ -2,6 +2,7 @@
 // own allocations are concerned: those of the tests go through operator new.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 
@@ -27,6 +28,18 @@ class AllocationFault {
   private:
     std::int64_t ordinal;
     Failure failure;
+};
+
+/// While it lives, allocations of more bytes fail.
+class AllocationLimit {
+  public:
+    explicit AllocationLimit(std::size_t bytes);
+    ~AllocationLimit();
+    AllocationLimit(const AllocationLimit &) = delete;
+    AllocationLimit &operator=(const AllocationLimit &) = delete;
+
+    /// The bytes of the first allocation that failed, or 0.
+    [[nodiscard]] std::size_t refused() const;
 };
 
 /// The number of allocations that the library asked for since the start of the process.

@@ -35,6 +35,36 @@ TEST_P(FailingAllocations, leave_objects_in_the_described_state_and_no_blocks)
 INSTANTIATE_TEST_SUITE_P(Of, FailingAllocations, ::testing::ValuesIn(allocation_families),
     [](const auto &family) { return family.param.name; });
 
+/// A chain of faces, each derived from the one before; the last one is given.
+korvane_cad_face_t *new_chain_of_faces(const Objects &objects)
+{
+    korvane_cad_face_t *last = korvane_cad_face_new_copy(objects.face);
+    for (uint32_t id = 1; id < 1000; ++id)
+        last = korvane_cad_face_new_pafftrans(
+            nullptr, last, id, some_reals.data() + 3, some_reals.data(), nullptr, 0);
+    return last;
+}
+
+/// What is in use when memory has run out can still be given back.
+TEST(Deletion, of_everything_does_not_allocate)
+{
+    const std::int64_t live_before = live_block_count();
+    std::int64_t allocations = 0;
+    {
+        const Objects objects;
+        korvane_cad_face_t *chain = new_chain_of_faces(objects);
+        const std::array<korvane_cad_edge_t *, 3> sources = {objects.edge, objects.free_edge, objects.edge};
+        korvane_cad_edge_new_newton1_with_ea(
+            objects.face, 1, 3, some_reals.data(), sources.data(), some_reals.data());
+        korvane_cad_edge_t *copy = korvane_cad_edge_new_copy(objects.edge);
+        allocations = allocation_count();
+        korvane_cad_edge_delete(copy);
+        korvane_cad_face_delete(chain);
+    }
+    EXPECT_EQ(allocation_count(), allocations);
+    EXPECT_EQ(live_block_count(), live_before);
+}
+
 /// A function without an entry of its own must have rows, all of which state that it does not allocate.
 TEST(AllocationTable, covers_every_export_that_is_not_known_not_to_allocate)
 {
