@@ -126,6 +126,9 @@ TEST(AffineFit, OffsetsOfTwoPairsAgreeWithinAThousandth)
     EXPECT_EQ(with_offsets({0, 1000, 0}, {0, 1001.0005, 0}), AffineFit::found);
     EXPECT_EQ(with_offsets({0, 0, 0}, {0, 0, 0}), AffineFit::found);
     EXPECT_EQ(with_offsets({0, 1e-9, 0}, {0, 0, 0}), AffineFit::none);
+    // Offsets are from source to target, wherever the source is.
+    EXPECT_EQ(fit({{7, 8, 9}, {-3, 4, 5}}, {{8, 8, 9}, {-2, 4, 5}}), AffineFit::found);
+    EXPECT_EQ(fit({{7, 8, 9}, {-3, 4, 5}}, {{8, 8, 9}, {-2, 4, 5.1}}), AffineFit::none);
 }
 
 TEST(AffineFit, ThreePairsGiveTheRotationThatRelatesThem)
@@ -335,6 +338,7 @@ TEST(AffineFitOfThreePairs, CollinearPointsAreRefused)
         EXPECT_EQ(fit(square, line), AffineFit::impossible);
         const auto angle = [&](double cosine) { return along({{1, 0, 0}, at_cosine(direction * cosine)}); };
         EXPECT_EQ(fit(angle(0.989999), angle(0.989999)), AffineFit::found);
+        EXPECT_EQ(fit(angle(0.99), angle(0.99)), AffineFit::found); // exactly
         EXPECT_EQ(fit(angle(0.990001), angle(0.990001)), AffineFit::impossible);
         EXPECT_EQ(fit(angle(0.990001), angle(0.989999)), AffineFit::impossible);
         EXPECT_EQ(fit(angle(0.989999), angle(0.990001)), AffineFit::impossible);
@@ -397,7 +401,8 @@ TEST(AffineFitOfFourPairs, VolumesAreLargeEnoughAndAgreeWithinAFifth)
     EXPECT_EQ(with_volumes(0.3, 0.500001), AffineFit::impossible);
     EXPECT_EQ(with_volumes(0.499999, 0.3), AffineFit::found);
     EXPECT_EQ(with_volumes(0.500001, 0.3), AffineFit::impossible);
-    EXPECT_EQ(with_volumes(0.4, -0.4), AffineFit::found); // only magnitudes are compared
+    EXPECT_EQ(with_volumes(0.224, 0.024), AffineFit::found); // exactly, as 0.224 - 0.024 is 0.2
+    EXPECT_EQ(with_volumes(0.4, -0.4), AffineFit::found);    // only magnitudes are compared
 }
 
 TEST(AffineMap, AppliesRowByRowAndInPlace)

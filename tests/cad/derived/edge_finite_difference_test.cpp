@@ -127,6 +127,36 @@ TEST_F(EdgeFiniteDifference, GivesUpWhereTheIntervalIsTooShort)
     EXPECT_EQ(korvane_cad_edge_curve(between, 0.75e-7, nullptr, nullptr, dtt.data()), STATUS_ERROR);
 }
 
+TEST_F(EdgeFiniteDifference, ReachesToTheVeryEndsOfTheInterval)
+{
+    const double h = 1e-7;
+    Uv output{};
+    const auto calls_for_first = [&](korvane_cad_edge_t *edge, double t) {
+        client.calls.clear();
+        EXPECT_EQ(korvane_cad_edge_curve(edge, t, nullptr, output.data(), nullptr), STATUS_OK);
+        return client.calls;
+    };
+    const auto calls_for_second = [&](korvane_cad_edge_t *edge, double t) {
+        client.calls.clear();
+        EXPECT_EQ(korvane_cad_edge_curve(edge, t, nullptr, nullptr, output.data()), STATUS_OK);
+        return client.calls;
+    };
+    using Calls = std::vector<double>;
+    korvane_cad_edge_t *one_step = make(0, h);
+    EXPECT_EQ(calls_for_first(one_step, h / 2), (Calls{h, 0}));
+    EXPECT_EQ(calls_for_first(one_step, 0), (Calls{h, 0}));
+    EXPECT_EQ(calls_for_first(one_step, h), (Calls{h, 0}));
+    korvane_cad_edge_t *two_steps = make(0, 2 * h);
+    EXPECT_EQ(calls_for_second(two_steps, h), (Calls{0, h, 2 * h}));
+    EXPECT_EQ(calls_for_second(two_steps, 0), (Calls{0, h, 2 * h}));
+    EXPECT_EQ(calls_for_second(two_steps, 2 * h), (Calls{2 * h, h, 0}));
+    // A start away from 0 tells t - 2h from what is merely negative.
+    korvane_cad_edge_t *elsewhere = make(-2 * h, 0);
+    EXPECT_EQ(calls_for_second(elsewhere, 0), (Calls{0, -h, -2 * h}));
+    EXPECT_EQ(calls_for_second(elsewhere, -2 * h), (Calls{-2 * h, -h, 0}));
+    EXPECT_EQ(calls_for_second(elsewhere, -h), (Calls{-2 * h, -h, 0}));
+}
+
 TEST_F(EdgeFiniteDifference, ReturnsTheFirstBadStatusOfTheClientAtOnce)
 {
     korvane_cad_edge_t *edge = make(0, 1);
