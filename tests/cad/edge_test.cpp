@@ -148,6 +148,20 @@ TEST_F(Edge, PassesEverythingOnToItsCurveFunction)
     EXPECT_EQ(user_data, &call);
 }
 
+TEST_F(Edge, ZeroesNothingBeyondItsOutputs)
+{
+    Xyz outputs[3] = {{9, 9, 9}, {9, 9, 9}, {9, 9, 9}};
+    EXPECT_EQ(
+        korvane_cad_edge_curve(edge, 0, outputs[0].data(), outputs[1].data(), outputs[2].data()), STATUS_OK);
+    for (const Xyz &output : outputs)
+        EXPECT_EQ(output, (Xyz{0, 0, 9}));
+    korvane_cad_edge_set_curve3d(
+        edge, [](double, double *, void *) { return korvane_status_t{STATUS_OK}; }, nullptr);
+    std::array<double, 4> xyz = {9, 9, 9, 9};
+    EXPECT_EQ(korvane_cad_edge_curve3d(edge, 0, xyz.data()), STATUS_OK);
+    EXPECT_EQ(xyz, (std::array<double, 4>{0, 0, 0, 9}));
+}
+
 TEST_F(Edge, WithoutACurveInSpaceDoesNotWrite)
 {
     Xyz xyz{1, 2, 3};

@@ -121,6 +121,20 @@ TEST_F(Face, ReadsZerosWhereTheSurfaceFunctionWritesNothing)
         EXPECT_EQ(derivative, Xyz{});
 }
 
+TEST_F(Face, ZeroesNothingBeyondTheOutputs)
+{
+    using Four = std::array<double, 4>;
+    std::array<Four, 6> outputs;
+    outputs.fill({9, 9, 9, 9});
+    auto &[xyz, du, dv, duu, duv, dvv] = outputs;
+    const Uv uv{};
+    EXPECT_EQ(korvane_cad_face_surface(
+                  face, uv.data(), xyz.data(), du.data(), dv.data(), duu.data(), duv.data(), dvv.data()),
+        STATUS_OK);
+    for (const Four &output : outputs)
+        EXPECT_EQ(output, (Four{0, 0, 0, 9}));
+}
+
 TEST_F(Face, WithoutARangeIsUnbounded)
 {
     Uv urange{};

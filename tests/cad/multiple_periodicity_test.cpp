@@ -433,6 +433,10 @@ TEST_F(Cad, GenericBufferIsNotToBeHadWithoutModelOrMemory)
     });
     cad->generic_buffer_size = 0;
     EXPECT_EQ(korvane_cad_calloc_generic_buffer(cad), nullptr);
+    cad->generic_buffer_size = 1;
+    void *smallest = korvane_cad_calloc_generic_buffer(cad);
+    EXPECT_NE(smallest, nullptr);
+    korvane_cad_free_generic_buffer(smallest);
 }
 
 } // namespace

@@ -86,6 +86,7 @@ TYPED_TEST(OriginalIds, TheThirdDoublesTheList)
     for (uint32_t id = 1; id <= 5; ++id) {
         TypeParam::add(this->object, id);
         capacities.push_back(this->object->original_ids->capacity);
+        EXPECT_EQ(std::ssize(this->object->original_ids->ids), capacities.back());
     }
     EXPECT_EQ(capacities, (std::vector<int32_t>{1, 2, 4, 4, 8}));
     EXPECT_EQ(this->ids(), (std::vector<uint32_t>{1, 2, 3, 4, 5}));

@@ -103,6 +103,22 @@ TEST_F(FaceTransformed, ScalesRangeAndPeriodsWithoutTranslating)
     EXPECT_EQ(got(korvane_cad_face_get_id, face), 77u);
 }
 
+TEST_F(FaceTransformed, ScalesEveryBoundAndPeriodByItsDirection)
+{
+    const Uv of_u{3, 5};
+    const Uv of_v{7, 11};
+    korvane_cad_face_set_surface_parametric_range(source, of_u.data(), of_v.data());
+    korvane_cad_face_set_surface_periodicity(source, 1, 1, 13, 17);
+    korvane_cad_face_t *face = derive(cad, source);
+    Uv urange{};
+    Uv vrange{};
+    korvane_cad_face_get_surface_parametric_range(face, urange.data(), vrange.data());
+    EXPECT_EQ(urange, (Uv{2 * 3, 2 * 5}));
+    EXPECT_EQ(vrange, (Uv{4 * 7, 4 * 11}));
+    EXPECT_EQ(face->period_u, 2 * 13);
+    EXPECT_EQ(face->period_v, 4 * 17);
+}
+
 TEST_F(FaceTransformed, HasNeitherRangeNorPeriodicityIfTheSourceHasNone)
 {
     korvane_cad_face_t *face = derive(cad, source);
@@ -114,14 +130,16 @@ TEST_F(FaceTransformed, HasNoPointsWhateverTheFlagSays)
 {
     for (uint32_t id = 1; id <= 3; ++id)
         korvane_cad_point_new(source, id, translation.data());
-    std::vector<int64_t> blocks;
-    for (const int32_t clone_points : {0, 1}) {
-        const int64_t before = live_block_count();
+    std::vector<int64_t> kept, allocated;
+    for (const int32_t clone_points : {0, 1, -1}) {
+        const int64_t kept_before = live_block_count(), allocated_before = allocation_count();
         korvane_cad_face_t *face = derive(cad, source, clone_points);
         EXPECT_EQ(got(korvane_cad_face_get_point_count, face), 0);
-        blocks.push_back(live_block_count() - before);
+        kept.push_back(live_block_count() - kept_before);
+        allocated.push_back(allocation_count() - allocated_before);
     }
-    EXPECT_EQ(blocks[1], blocks[0]) << "no copy of a point is kept anywhere";
+    EXPECT_EQ(kept, std::vector<int64_t>(3, kept[0])) << "no copy of a point is kept anywhere";
+    EXPECT_EQ(allocated, (std::vector<int64_t>{allocated[0], allocated[0] + 3, allocated[0] + 3}));
     EXPECT_EQ(got(korvane_cad_face_get_point_count, source), 3);
 }
 
