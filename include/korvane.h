@@ -1397,8 +1397,8 @@ KORVANE_API korvane_status_t korvane_cad_edge_get_support_vertices(
  * -------------------------------------------------------------------------------------------------- */
 
 /**
- * Creates a point at the parameters `uv` (2 doubles; not null: not checked), as the last one of a face. Null
- * for a null face, or if memory runs out.
+ * Creates a point at the parameters `uv` (2 doubles), which must not be null (not checked), as the last one
+ * of a face. Null for a null face, or if memory runs out.
  */
 KORVANE_API korvane_cad_point_t *korvane_cad_point_new(
     korvane_cad_face_t *face, uint32_t id, const double uv[2]);
@@ -1458,7 +1458,7 @@ KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t
 
 /**
  * Creates an edge on `face` (null: free-standing) that runs straight from `uv0` at t = 0 to `uv1` at t = 1 (2
- * doubles each; not null: not checked), and on beyond. Null if memory runs out.
+ * doubles each), and on beyond. The points must not be null (not checked). Null if memory runs out.
  */
 KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_segment(
     korvane_cad_face_t *face, uint32_t id, const double uv0[2], const double uv1[2]);
@@ -1488,7 +1488,8 @@ KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new_newton1_with_ea(korvane_cad
  * are taken by differences over h = max(1e-7, (tmax - tmin) / 1000), inside the interval. Evaluation calls it
  * up to six times, for the second derivative, then the first, then the point, and gives up at the first
  * status that is not STATUS_OK. STATUS_ERROR and a zero derivative if the interval is too short for it. The
- * user data are never freed. Null for a null face, or if memory runs out.
+ * user data are never freed. The function must not be null once the edge is evaluated (not checked). Null for
+ * a null face, or if memory runs out.
  */
 KORVANE_API korvane_cad_edge_t *korvane_cad_edge_new0(korvane_cad_face_t *face, uint32_t id, double tmin,
     double tmax, korvane_cad_curve_t function, void *user_data);
@@ -1732,7 +1733,7 @@ KORVANE_API korvane_status_t korvane_cad_edge_reset_original_id(korvane_cad_edge
 /**
  * Gives the face that a face was derived from, through any number of derivations, without a reference, and
  * its parameters that correspond to `uv`; an auxiliary 0. A face that was not derived gives itself. Any
- * output may be null; `uv` (2 doubles) may be null only if `original_uv` is.
+ * output may be null; `uv` (2 doubles) may be null only if `original_uv` is (not checked).
  */
 KORVANE_API korvane_status_t korvane_cad_face_get_original_geometry(korvane_cad_face_t *face,
     const double uv[2], korvane_cad_face_t **original_face, double original_uv[2], int64_t *aux);

@@ -2,6 +2,7 @@
 // it says that is accepted.
 #include <set>
 
+#include "sweeps/descriptions.h"
 #include "sweeps/exports.h"
 #include "sweeps/probe.h"
 
@@ -40,6 +41,24 @@ TEST_P(Arguments, are_tested_accepted_and_left_alone_as_described)
 
 INSTANTIATE_TEST_SUITE_P(
     Of, Arguments, ::testing::ValuesIn(row_families), [](const auto &family) { return family.param.name; });
+
+/// "(not checked)" is how the header says it everywhere.
+TEST(ArgumentTable, trusts_callers_only_where_the_header_says_so)
+{
+    make_sample_files();
+    for (const RowFamily &family : row_families) {
+        for (const Row &row : family.rows()) {
+            Objects objects;
+            Probe probe(0, row.wanted);
+            row.call(objects, probe);
+            const std::string description = description_of(row.function);
+            EXPECT_FALSE(description.empty()) << row.function;
+            if (row.wanted == STATUS_OK && probe.trusts_its_caller()) {
+                EXPECT_NE(description.find("(not checked)"), std::string::npos) << row.function;
+            }
+        }
+    }
+}
 
 TEST(ArgumentTable, covers_every_export_and_nothing_else)
 {

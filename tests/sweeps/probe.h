@@ -71,6 +71,7 @@ struct Argument {
     T *slot = nullptr;                     // set to null by a call that takes the good value over
     std::shared_ptr<OutputRoom> room = {}; // of an output
     Cause zeroed_by = Cause::none;         // failures of this cause make the output zero
+    bool is_trusted = false;               // a pointer that the call takes as it is
     bool is_silent = false;                // the output is not written on success either
 
     /// The output is set to zero, not left as it was, by failures of a cause.
@@ -105,7 +106,10 @@ struct Argument {
 template <class T>
 Argument<T> given(T value)
 {
-    return {value};
+    Argument<T> argument{value};
+    if constexpr (std::is_pointer_v<T>)
+        argument.is_trusted = value != nullptr;
+    return argument;
 }
 
 /// Null is refused.
@@ -165,9 +169,9 @@ inline Argument<double> any(double good)
         STATUS_OK, {0, Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), Limits::max()});
 }
 
-/// An output of `count` values that the call trusts.
+/// An output of `count` values.
 template <class T>
-Argument<T *> trusted_output(std::size_t count = 1)
+Argument<T *> room_for(std::size_t count)
 {
     Argument<T *> argument{nullptr};
     argument.room = std::make_shared<OutputRoom>(count * sizeof(T));
@@ -175,11 +179,20 @@ Argument<T *> trusted_output(std::size_t count = 1)
     return argument;
 }
 
+/// An output that the call trusts.
+template <class T>
+Argument<T *> trusted_output(std::size_t count = 1)
+{
+    Argument<T *> argument = room_for<T>(count);
+    argument.is_trusted = true;
+    return argument;
+}
+
 /// An output that must not be null.
 template <class T>
 Argument<T *> output(std::size_t count = 1)
 {
-    Argument<T *> argument = trusted_output<T>(count);
+    Argument<T *> argument = room_for<T>(count);
     argument.alternatives.push_back({nullptr, STATUS_ERROR, Cause::null_pointer});
     return argument;
 }
@@ -188,7 +201,7 @@ Argument<T *> output(std::size_t count = 1)
 template <class T>
 Argument<T *> optional_output(std::size_t count = 1)
 {
-    return trusted_output<T>(count).also(STATUS_OK, {nullptr});
+    return room_for<T>(count).also(STATUS_OK, {nullptr});
 }
 
 // -- Calls
@@ -203,6 +216,7 @@ class Probe {
     template <class Result, class... Parameters, class... Values>
     void call(Result (*function)(Parameters...), Argument<Values>... arguments)
     {
+        trusts = (arguments.is_trusted || ...);
         (choose(arguments), ...);
         if (!exists())
             return;
@@ -227,6 +241,8 @@ class Probe {
 
     /// False if the row has fewer alternatives than the number says.
     [[nodiscard]] bool exists() const { return left == 0; }
+    /// Whether the call takes a pointer as it is.
+    [[nodiscard]] bool trusts_its_caller() const { return trusts; }
     /// How many blocks the call asked for.
     [[nodiscard]] std::int64_t allocations() const { return allocation_sum; }
 
@@ -278,6 +294,7 @@ class Probe {
     std::size_t left;
     korvane_status_t wanted;
     Cause cause = Cause::none;
+    bool trusts = false;
     std::int64_t allocation_sum = 0;
 };
 
