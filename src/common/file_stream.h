@@ -1,7 +1,8 @@
 // A file that is read or written through one block of its own, past the buffering of the standard stream, so
 // that scanners and formatters work on memory and every byte is copied once.
 //
-// Reading: the bytes at hand are [cursor, limit), zeros follow them. `fetch` brings more bytes behind those
+// Reading: the bytes at hand are [cursor, limit), zeros follow them, and some bytes may be read before them.
+// `fetch` brings more bytes behind those
 // at hand. What a file holds is fixed when it is opened: bytes that appear later, and endless devices, do not
 // exist. Writing: `room` gives space at the end of the block, `commit` takes it over. The first error is
 // remembered and nothing is written after it. Positions are 64 bits.
@@ -20,9 +21,13 @@ namespace korvane {
 class FileStream {
   public:
     static constexpr std::size_t block_size = std::size_t{1} << 18;
-    static constexpr std::size_t overhang = 64; // zeros that may be read from `limit` on
+    static constexpr std::size_t overhang = 64; // what may be read before and, as zeros, from `limit` on
 
-    FileStream() noexcept { set_at_hand(0, 0); } // user-provided: value-initialisation leaves the block alone
+    FileStream() noexcept // user-provided: value-initialisation leaves the block alone
+    {
+        std::memset(block.data(), 0, overhang);
+        set_at_hand(0, 0);
+    }
     FileStream(const FileStream &) = delete;
     FileStream &operator=(const FileStream &) = delete;
     ~FileStream() { static_cast<void>(close()); }
@@ -50,7 +55,7 @@ class FileStream {
     [[nodiscard]] int64_t file_size() const { return size; }
     [[nodiscard]] int64_t reading_position() const
     {
-        return block_position + (cursor - static_cast<const char *>(block.data()));
+        return block_position + (cursor - begin());
     }
 
     /// Moves the bytes at hand to the front of the block and reads on behind them. False if nothing comes:
@@ -60,11 +65,11 @@ class FileStream {
         const std::size_t kept = at_hand();
         block_position = reading_position();
         if (kept > 0)
-            std::memmove(block.data(), cursor, kept);
+            std::memmove(begin(), cursor, kept);
         const int64_t unread = size - block_position - static_cast<int64_t>(kept);
         const std::size_t wanted =
             static_cast<std::size_t>(std::clamp<int64_t>(unread, 0, static_cast<int64_t>(block_size - kept)));
-        const std::size_t read = wanted == 0 ? 0 : std::fread(block.data() + kept, 1, wanted, file);
+        const std::size_t read = wanted == 0 ? 0 : std::fread(begin() + kept, 1, wanted, file);
         if (read < wanted)
             size = block_position + static_cast<int64_t>(kept + read);
         set_at_hand(0, kept + read);
@@ -89,8 +94,8 @@ class FileStream {
     [[nodiscard]] int seek(int64_t position)
     {
         const int64_t offset = position - block_position;
-        if (offset >= 0 && offset <= limit - static_cast<const char *>(block.data())) {
-            cursor = block.data() + offset;
+        if (offset >= 0 && offset <= limit - begin()) {
+            cursor = begin() + offset;
             return 0;
         }
         if (const int failed = fseeko(file, position, SEEK_SET); failed != 0)
@@ -107,11 +112,11 @@ class FileStream {
     {
         if (buffer_fill + bytes > block_size)
             static_cast<void>(flush());
-        return block.data() + buffer_fill;
+        return begin() + buffer_fill;
     }
 
     /// Takes over what was written into the last room, up to `end`.
-    void commit(const char *end) { buffer_fill = static_cast<std::size_t>(end - block.data()); }
+    void commit(const char *end) { buffer_fill = static_cast<std::size_t>(end - begin()); }
 
     void write(const void *bytes, std::size_t count)
     {
@@ -129,7 +134,7 @@ class FileStream {
     [[nodiscard]] bool flush()
     {
         if (buffer_fill > 0 && !error)
-            error = std::fwrite(block.data(), 1, buffer_fill, file) != buffer_fill;
+            error = std::fwrite(begin(), 1, buffer_fill, file) != buffer_fill;
         block_position += static_cast<int64_t>(std::exchange(buffer_fill, 0));
         return !error;
     }
@@ -152,11 +157,14 @@ class FileStream {
         return file != nullptr && std::setvbuf(file, nullptr, _IONBF, 0) == 0;
     }
 
+    [[nodiscard]] char *begin() { return block.data() + overhang; }
+    [[nodiscard]] const char *begin() const { return block.data() + overhang; }
+
     void set_at_hand(std::size_t from, std::size_t to)
     {
-        cursor = block.data() + from;
-        limit = block.data() + to;
-        std::memset(block.data() + to, 0, overhang);
+        cursor = begin() + from;
+        limit = begin() + to;
+        std::memset(begin() + to, 0, overhang);
     }
 
     std::FILE *file = nullptr;
@@ -164,7 +172,7 @@ class FileStream {
     int64_t block_position = 0;  // where the block starts in the file
     std::size_t buffer_fill = 0; // bytes that wait to be written
     bool error = false;
-    std::array<char, block_size + overhang> block;
+    std::array<char, overhang + block_size + overhang> block;
 };
 
 } // namespace korvane

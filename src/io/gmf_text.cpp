@@ -22,13 +22,13 @@ namespace {
     return code == wanted;
 }
 
-/// Takes the next values; zeros where they are missing. False if some are.
+/// Takes the values that are left; zeros where they are missing. False if some are.
 template <class Value>
-[[nodiscard]] bool take_values(TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
+[[nodiscard, gnu::noinline, gnu::cold]] bool take_unplain_values(
+    TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
 {
-    std::size_t taken = plain.take(values, count);
     bool whole = true;
-    while (taken < count) {
+    for (std::size_t taken = 0; taken < count;) {
         scanner.resume(plain);
         values[taken] = 0;
         whole = scanner.next_number(values[taken]);
@@ -36,6 +36,20 @@ template <class Value>
         plain = scanner.plain_numbers();
         taken += plain.take(values + taken, count - taken);
     }
+    return whole;
+}
+
+/// Takes the next values; zeros where they are missing. False if some are.
+template <class Value>
+[[nodiscard, gnu::always_inline]] inline bool take_values(
+    TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
+{
+    const std::size_t taken = plain.take(values, count);
+    if (taken == count) [[likely]]
+        return true;
+    PlainNumbers rest = plain; // so that the address of the other one is never taken
+    const bool whole = take_unplain_values(scanner, rest, values + taken, count - taken);
+    plain = rest;
     return whole;
 }
 

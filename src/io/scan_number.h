@@ -124,18 +124,22 @@ inline const char *scan_exponent(const char *text, int64_t &exponent)
     return end;
 }
 
-/// As above. Rounding twice, to double and then to float, only differs from rounding once where the double
-/// lies just between two floats; below the normal floats, these lie elsewhere.
+/// Rounds a decimal that was rounded to double to float. Rounding twice only differs from rounding once where
+/// the double lies just between two floats; below the normal floats, these lie elsewhere. False there.
+[[nodiscard]] inline bool round_again(double close, float &value)
+{
+    const bool between = (std::bit_cast<std::uint64_t>(close) & 0x1FFFFFFF) == 0x10000000;
+    const bool normal = close == 0 || std::abs(close) >= double{std::numeric_limits<float>::min()};
+    value = static_cast<float>(close);
+    return !between && normal;
+}
+
+/// As above.
 [[nodiscard]] inline const char *scan_usual(const char *text, float &value)
 {
     double close = 0;
     const char *end = scan_usual(text, close);
-    const bool between = (std::bit_cast<std::uint64_t>(close) & 0x1FFFFFFF) == 0x10000000;
-    const bool normal = close == 0 || std::abs(close) >= double{std::numeric_limits<float>::min()};
-    if (end == nullptr || between || !normal)
-        return nullptr;
-    value = static_cast<float>(close);
-    return end;
+    return end != nullptr && round_again(close, value) ? end : nullptr;
 }
 
 /// As "%d", "%f" and "%lf".

@@ -14,7 +14,7 @@
 #include "common/file_stream.h"
 #include "io/blank_mask.h"
 #include "io/gmf_keywords.h"
-#include "io/scan_number.h"
+#include "io/scan_decimal.h"
 
 namespace korvane {
 
@@ -37,13 +37,13 @@ class PlainNumbers {
     /// Takes numbers until there are `count`, or until what follows is not plain or is cut by the limit. How
     /// many it took.
     template <class Value>
-    [[nodiscard]] std::size_t take(Value *values, std::size_t count)
+    [[nodiscard, gnu::always_inline]] std::size_t take(Value *values, std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
             while (starts == 0)
                 if (!look_on())
                     return i;
-            const char *end = scan_usual(next_window - width + std::countr_zero(starts), values[i]);
+            const char *end = scan_token(next_window - width + std::countr_zero(starts), values[i]);
             if (end == nullptr || !text_detail::is_blank(*end)) [[unlikely]]
                 return i;
             starts &= starts - 1;
