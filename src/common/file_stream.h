@@ -53,10 +53,7 @@ class FileStream {
 
     [[nodiscard]] std::size_t at_hand() const { return static_cast<std::size_t>(limit - cursor); }
     [[nodiscard]] int64_t file_size() const { return size; }
-    [[nodiscard]] int64_t reading_position() const
-    {
-        return block_position + (cursor - begin());
-    }
+    [[nodiscard]] int64_t reading_position() const { return block_position + (cursor - begin()); }
 
     /// Moves the bytes at hand to the front of the block and reads on behind them. False if nothing comes:
     /// the file is at its end, or the block is full.

@@ -38,25 +38,31 @@ inline TokenMarks mark_token(const char *text)
     return marks;
 }
 
-/// All bits of the last `count` of 16 bytes.
+/// The 16 bytes from position i on have all bits of the last i set.
+alignas(16) inline constexpr std::uint8_t bytes_to_keep[32] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
+
 inline __m128i last_bytes(int count)
 {
-    alignas(16) static constexpr std::uint8_t bytes[32] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255,
-        255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
-    return _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + count));
+    return _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes_to_keep + count));
 }
 
-/// The number that 16 digits are, the first of them in the first byte.
-inline std::uint64_t join_16_digits(__m128i digits)
+/// The digits of characters, zeros where the mask is zero. False if other characters are among them.
+[[nodiscard]] inline bool take_digits(__m128i characters, __m128i mask, __m128i &digits)
+{
+    digits = _mm_and_si128(_mm_sub_epi8(characters, _mm_set1_epi8('0')), mask);
+    const __m128i excess = _mm_subs_epu8(digits, _mm_set1_epi8(9));
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(excess, _mm_setzero_si128())) == 0xFFFF;
+}
+
+/// The two numbers of eight digits that 16 are, the first of them in the first byte.
+inline __m128i join_digits(__m128i digits)
 {
     const __m128i first = _mm_and_si128(digits, _mm_set1_epi16(0xFF));
     const __m128i pairs =
         _mm_add_epi16(_mm_mullo_epi16(first, _mm_set1_epi16(10)), _mm_srli_epi16(digits, 8));
     const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
-    const __m128i eights =
-        _mm_madd_epi16(_mm_packs_epi32(fours, fours), _mm_set1_epi32(1 << 16 | 10'000));
-    const auto both = static_cast<std::uint64_t>(_mm_cvtsi128_si64(eights));
-    return (both & 0xFFFFFFFF) * 100'000'000 + (both >> 32);
+    return _mm_madd_epi16(_mm_packs_epi32(fours, fours), _mm_set1_epi32(1 << 16 | 10'000));
 }
 
 } // namespace scan_detail
@@ -82,20 +88,45 @@ inline std::uint64_t join_16_digits(__m128i digits)
     const __m128i is_behind = last_bytes(has_point ? fraction : 16);
     const __m128i characters =
         _mm_or_si128(_mm_and_si128(is_behind, behind), _mm_andnot_si128(is_behind, before));
-    const __m128i digits =
-        _mm_and_si128(_mm_sub_epi8(characters, _mm_set1_epi8('0')), last_bytes(digit_count));
-    const __m128i excess = _mm_subs_epu8(digits, _mm_set1_epi8(9));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(excess, _mm_setzero_si128())) != 0xFFFF) [[unlikely]]
+    __m128i digits;
+    if (!take_digits(characters, last_bytes(digit_count), digits)) [[unlikely]]
         return nullptr;
-    const std::uint64_t mantissa = join_16_digits(digits);
+    const auto eights = static_cast<std::uint64_t>(_mm_cvtsi128_si64(join_digits(digits)));
+    const std::uint64_t mantissa = (eights & 0xFFFFFFFF) * 100'000'000 + (eights >> 32);
     if (mantissa > std::uint64_t{1} << 53) [[unlikely]]
         return nullptr;
-    const double magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa)) / exact_powers[fraction];
-    value = negative ? -magnitude : magnitude;
+    const double magnitude =
+        static_cast<double>(static_cast<std::int64_t>(mantissa)) / exact_powers[fraction];
+    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | std::uint64_t{negative} << 63);
     return end;
 }
 
+/// Takes two integers of up to 8 digits without sign that end before `ends`, and have these lengths. False if
+/// they are others. 8 characters before the ends must be readable.
+[[nodiscard]] inline bool scan_two_integers(const char *const ends[2], const int lengths[2], int32_t *values)
+{
+    using namespace scan_detail;
+    if (lengths[0] > 8 || lengths[1] > 8) [[unlikely]]
+        return false;
+    const auto load_eight = [](const void *bytes) {
+        return _mm_loadl_epi64(static_cast<const __m128i *>(bytes));
+    };
+    const __m128i characters = _mm_unpacklo_epi64(load_eight(ends[0] - 8), load_eight(ends[1] - 8));
+    const __m128i mask = _mm_unpacklo_epi64(
+        load_eight(bytes_to_keep + 8 + lengths[0]), load_eight(bytes_to_keep + 8 + lengths[1]));
+    __m128i digits;
+    if (!take_digits(characters, mask, digits)) [[unlikely]]
+        return false;
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(values), join_digits(digits));
+    return true;
+}
+
 #else
+
+[[nodiscard]] inline bool scan_two_integers(const char *const[2], const int[2], int32_t *)
+{
+    return false;
+}
 
 [[nodiscard]] inline const char *scan_short_decimal(const char *, double &)
 {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "common/file_stream.h"
 #include "io/blank_mask.h"
@@ -40,6 +41,12 @@ class PlainNumbers {
     [[nodiscard, gnu::always_inline]] std::size_t take(Value *values, std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i) {
+            if constexpr (std::is_same_v<Value, int32_t>) {
+                for (; i + 1 < count && take_two(values + i); i += 2) {
+                }
+                if (i == count)
+                    break;
+            }
             while (starts == 0)
                 if (!look_on())
                     return i;
@@ -58,12 +65,30 @@ class PlainNumbers {
   private:
     static constexpr int width = 64; // of the window, the characters that one mask tells of
 
+    /// Takes the next two integers, if both stand in the window and are short.
+    [[nodiscard, gnu::always_inline]] bool take_two(int32_t *values)
+    {
+        const std::uint64_t others = starts & (starts - 1);
+        const int second = std::countr_zero(others);
+        if (others == 0 || blanks >> second == 0)
+            return false;
+        const int first = std::countr_zero(starts);
+        const int lengths[2] = {std::countr_zero(blanks >> first), std::countr_zero(blanks >> second)};
+        const char *const window = next_window - width;
+        const char *const ends[2] = {window + first + lengths[0], window + second + lengths[1]};
+        if (!scan_two_integers(ends, lengths, values)) [[unlikely]]
+            return false;
+        starts = others & (others - 1);
+        taken = ends[1];
+        return true;
+    }
+
     /// Looks at the next window; false if the text ends before it.
     [[nodiscard]] bool look_on()
     {
         if (next_window >= limit)
             return false;
-        const std::uint64_t blanks = blank_mask(next_window);
+        blanks = blank_mask(next_window);
         starts = ~blanks & (blanks << 1 | after_blank);
         after_blank = blanks >> (width - 1);
         next_window += width;
@@ -73,6 +98,7 @@ class PlainNumbers {
     const char *taken;
     const char *next_window; // the window before it is looked at now
     const char *limit;
+    std::uint64_t blanks = 0;      // which characters of the window are blank
     std::uint64_t starts = 0;      // which characters of the window begin numbers that were not taken
     std::uint64_t after_blank = 1; // whether a number may begin with the next window
 };
