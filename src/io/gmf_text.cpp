@@ -3,6 +3,7 @@
 #include "io/gmf_text.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "io/format_number.h"
@@ -22,50 +23,50 @@ namespace {
     return code == wanted;
 }
 
-/// Takes the values that are left; zeros where they are missing. False if some are.
+/// Takes values of which the first is not plain; zeros from the first on that is missing. How many it took.
 template <class Value>
-[[nodiscard, gnu::noinline, gnu::cold]] bool take_unplain_values(
+[[nodiscard, gnu::noinline, gnu::cold]] std::size_t take_unplain_values(
     TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
 {
-    bool whole = true;
-    for (std::size_t taken = 0; taken < count;) {
+    std::size_t taken = 0;
+    while (taken < count) {
         scanner.resume(plain);
-        values[taken] = 0;
-        whole = scanner.next_number(values[taken]);
+        if (!scanner.next_number(values[taken]))
+            break;
         ++taken;
         plain = scanner.plain_numbers();
         taken += plain.take(values + taken, count - taken);
     }
-    return whole;
+    std::fill(values + taken, values + count, Value{});
+    return taken;
 }
 
-/// Takes the next values; zeros where they are missing. False if some are.
+/// Takes the next values; zeros from the first on that is missing. How many it took.
 template <class Value>
-[[nodiscard, gnu::always_inline]] inline bool take_values(
+[[nodiscard, gnu::always_inline]] inline std::size_t take_values(
     TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
 {
     const std::size_t taken = plain.take(values, count);
     if (taken == count) [[likely]]
-        return true;
+        return count;
     PlainNumbers rest = plain; // so that the address of the other one is never taken
-    const bool whole = take_unplain_values(scanner, rest, values + taken, count - taken);
+    const std::size_t more = take_unplain_values(scanner, rest, values + taken, count - taken);
     plain = rest;
-    return whole;
+    return taken + more;
 }
 
 /// As above, of reals that are rounded to the file's precision.
 template <class StoredReal>
-[[nodiscard]] bool take_reals(TextScanner &scanner, PlainNumbers &plain, double *values, std::size_t count)
+[[nodiscard]] std::size_t take_reals(
+    TextScanner &scanner, PlainNumbers &plain, double *values, std::size_t count)
 {
     if constexpr (sizeof(StoredReal) == sizeof(double))
         return take_values(scanner, plain, values, count);
-    bool whole = true;
-    for (std::size_t i = 0; i < count; ++i) {
-        StoredReal stored = 0;
-        whole = take_values(scanner, plain, &stored, 1) && whole;
-        values[i] = static_cast<double>(stored);
-    }
-    return whole;
+    std::size_t taken = 0;
+    for (StoredReal stored = 0; taken < count && take_values(scanner, plain, &stored, 1) == 1; ++taken)
+        values[taken] = static_cast<double>(stored);
+    std::fill(values + taken, values + count, 0.0);
+    return taken;
 }
 
 /// Reads lines until they are done or a value is missing. The number of whole lines; the line that follows
@@ -81,14 +82,44 @@ template <class StoredReal>
         for (const GmfInput &column : columns) {
             const auto width = static_cast<std::size_t>(column.width);
             const std::size_t begin = static_cast<std::size_t>(line) * width;
-            if (column.is_real())
-                whole = take_reals<StoredReal>(scanner, plain, column.reals + begin, width) && whole;
-            else
-                whole = take_values(scanner, plain, column.integers + begin, width) && whole;
+            const std::size_t taken =
+                column.is_real() ? take_reals<StoredReal>(scanner, plain, column.reals + begin, width)
+                                 : take_values(scanner, plain, column.integers + begin, width);
+            whole = whole && taken == width;
         }
     }
     scanner.resume(plain);
     return whole ? line : line - 1;
+}
+
+/// As above, of lines of integers only, which are taken many lines at a time and then dealt to the columns.
+[[nodiscard]] int32_t read_integer_lines(
+    FileStream &stream, int32_t line_count, std::span<const GmfInput> columns, std::size_t values_per_line)
+{
+    TextScanner scanner(stream);
+    PlainNumbers plain = scanner.plain_numbers();
+    std::array<int32_t, 1024> values;
+    const auto wanted = static_cast<std::size_t>(line_count);
+    for (std::size_t line = 0; line < wanted;) {
+        const std::size_t lines = std::min(values.size() / values_per_line, wanted - line);
+        const std::size_t taken = take_values(scanner, plain, values.data(), lines * values_per_line);
+        const int32_t *source = values.data();
+        for (const GmfInput &column : columns) {
+            const auto width = static_cast<std::size_t>(column.width);
+            int32_t *target = column.integers + line * width;
+            for (std::size_t i = 0; i < lines; ++i)
+                for (std::size_t j = 0; j < width; ++j)
+                    target[width * i + j] = source[values_per_line * i + j];
+            source += width;
+        }
+        line += taken / values_per_line;
+        if (taken < lines * values_per_line) {
+            line_count = static_cast<int32_t>(line);
+            break;
+        }
+    }
+    scanner.resume(plain);
+    return line_count;
 }
 
 char *put_text(char *text, std::string_view piece)
@@ -177,6 +208,11 @@ int32_t held_text_lines(const gmf_file_t &file, const gmf_keyword_info_t &keywor
 
 int32_t read_text_lines(gmf_file_t &file, int32_t line_count, std::span<const GmfInput> columns)
 {
+    std::size_t values_per_line = 0;
+    for (const GmfInput &column : columns)
+        values_per_line += static_cast<std::size_t>(column.width);
+    if (std::none_of(columns.begin(), columns.end(), [](const GmfInput &column) { return column.is_real(); }))
+        return read_integer_lines(file.stream, line_count, columns, values_per_line);
     return file.version < 2 ? read_lines<float>(file.stream, line_count, columns)
                             : read_lines<double>(file.stream, line_count, columns);
 }
