@@ -4,6 +4,7 @@
 // place further on, over the point. What remains are 16 digits with zeros in front.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -47,6 +48,15 @@ inline __m128i last_bytes(int count)
     return _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes_to_keep + count));
 }
 
+/// True if the first `count` characters are zeros, but for the point.
+inline bool are_zeros(const char *text, int count, int point)
+{
+    for (int i = 0; i < count; ++i)
+        if (text[i] != '0' && i != point)
+            return false;
+    return true;
+}
+
 /// The digits of characters, zeros where the mask is zero. False if other characters are among them.
 [[nodiscard]] inline bool take_digits(__m128i characters, __m128i mask, __m128i &digits)
 {
@@ -67,8 +77,9 @@ inline __m128i join_digits(__m128i digits)
 
 } // namespace scan_detail
 
-/// Takes up to 16 digits, with or without a point and a minus sign, and gives where they end, at a character
-/// that may be a blank; or null. 16 characters before the text and 48 after its begin must be readable.
+/// Takes up to 16 digits behind zeros, with or without a point and a minus sign, and gives where they end, at
+/// a character that may be a blank; or null. 16 characters before the text and 48 after its begin must be
+/// readable.
 [[nodiscard]] inline const char *scan_short_decimal(const char *text, double &value)
 {
     using namespace scan_detail;
@@ -80,16 +91,18 @@ inline __m128i join_digits(__m128i digits)
     const bool has_point = point < length;
     const int digit_count = length - (has_point ? 1 : 0);
     const int fraction = has_point ? length - 1 - point : 0;
-    if (digit_count < 1 || digit_count > 16) [[unlikely]]
+    if (digit_count < 1 || length == 32 || fraction > max_power) [[unlikely]]
+        return nullptr;
+    if (digit_count > 16 && !are_zeros(text, digit_count - 16 + (fraction >= 16 ? 1 : 0), point)) [[unlikely]]
         return nullptr;
     const char *end = text + length;
     const __m128i behind = _mm_loadu_si128(reinterpret_cast<const __m128i *>(end - 16));
     const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i *>(end - 17));
-    const __m128i is_behind = last_bytes(has_point ? fraction : 16);
+    const __m128i is_behind = last_bytes(has_point ? std::min(fraction, 16) : 16);
     const __m128i characters =
         _mm_or_si128(_mm_and_si128(is_behind, behind), _mm_andnot_si128(is_behind, before));
     __m128i digits;
-    if (!take_digits(characters, last_bytes(digit_count), digits)) [[unlikely]]
+    if (!take_digits(characters, last_bytes(std::min(digit_count, 16)), digits)) [[unlikely]]
         return nullptr;
     const auto eights = static_cast<std::uint64_t>(_mm_cvtsi128_si64(join_digits(digits)));
     const std::uint64_t mantissa = (eights & 0xFFFFFFFF) * 100'000'000 + (eights >> 32);
