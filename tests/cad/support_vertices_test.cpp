@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "cad/records.h"
 #include "cad_support.h"
 #include "support/failing_allocations.h"
 
@@ -71,6 +72,9 @@ TEST_F(SupportVertex, AreReadAsTheyWereSet)
     int32_t count = 0;
     EXPECT_EQ(korvane_cad_edge_get_support_vertices(edge, &count, nullptr, nullptr, nullptr), STATUS_OK);
     EXPECT_EQ(count, 3);
+    EXPECT_EQ(edge->support_vertices->params.size(), 3u);
+    EXPECT_EQ(edge->support_vertices->uvs.size(), 6u);
+    EXPECT_EQ(edge->support_vertices->xyzs.size(), 9u);
 }
 
 TEST_F(SupportVertex, OutsideTheirNumberAreRefused)
