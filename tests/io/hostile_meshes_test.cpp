@@ -143,6 +143,23 @@ TEST_F(WriteHostileMesh, ACountWithLittleBehindItIsAnErrorAtItsEnd)
     }
 }
 
+TEST_F(WriteHostileMesh, TheLargestCountEndsWithTheVerticesThatThereAre)
+{
+    client.lie = [] { return INT32_MAX; };
+    const std::string text = folder.name("a.mesh");
+    EXPECT_EQ(korvane_mesh_write_mesh(client, text.c_str()), STATUS_ERROR);
+    EXPECT_EQ(context.messages.back().number, HostileClient::failure);
+    EXPECT_TRUE(read_file(text).starts_with(
+        "MeshVersionFormatted 2\n\nDimension 3\n\nVertices\n2147483647\n0 0 0 101 \n1 0 0 102 \n"));
+    EXPECT_TRUE(read_file(text).ends_with("\n0 1 1 108 \n\nEnd\n"));
+    const std::string binary = folder.name("a.meshb"); // which has no positions behind so many
+    EXPECT_EQ(korvane_mesh_write_mesh(client, binary.c_str()), STATUS_ERROR);
+    EXPECT_EQ(context.messages.back().text, "korvane_mesh_write_mesh : Error writing mesh file.\n");
+    const std::string cards = folder.name("a.bdf");
+    EXPECT_EQ(korvane_mesh_write_bdf(client, cards.c_str()), STATUS_ERROR);
+    EXPECT_EQ(context.messages.size(), 3u);
+}
+
 TEST(WriteExtremeMesh, IndicesAndTagsAreKeptWhateverTheyAre)
 {
     RecordingContext context;
