@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Compares the symbols that the built library exports with the checked-in list and with the header."""
+"""Compares the symbols that the built library exports with the checked-in list and with the header, and checks that
+each has the version node."""
 
 import argparse
 import pathlib
@@ -8,10 +9,12 @@ import subprocess
 import sys
 
 
-def exported(nm: str, library: str) -> set[str]:
+def exported(nm: str, library: str) -> dict[str, str]:
+    """The names of the symbols, with the version node of each."""
     lines = subprocess.run([nm, "--dynamic", "--defined-only", library], check=True, text=True, capture_output=True).stdout
     symbols = (line.split() for line in lines.splitlines())
-    return {name.split("@")[0] for _, kind, name in symbols if kind != "A"}  # A: the version node
+    names = (name.partition("@@") for _, kind, name in symbols if kind != "A")  # A: the version node itself
+    return {name: node for name, _, node in names}
 
 
 def declared(header: str) -> set[str]:
@@ -27,12 +30,14 @@ def differences(what: str, found: set[str], wanted: set[str]) -> list[str]:
 
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
-    for option in ("--nm", "--library", "--header", "--list"):
+    for option in ("--nm", "--library", "--header", "--list", "--node"):
         parser.add_argument(option, required=True)
     arguments = parser.parse_args()
     lines = pathlib.Path(arguments.list).read_text().split()
     wanted = set(lines)
-    complaints = differences("the library", exported(arguments.nm, arguments.library), wanted)
+    nodes = exported(arguments.nm, arguments.library)
+    complaints = differences("the library", set(nodes), wanted)
+    complaints += [f"{name} has no version {arguments.node}" for name, node in nodes.items() if node != arguments.node]
     complaints += differences("the header", declared(arguments.header), wanted)
     if lines != sorted(wanted):
         complaints.append("the list is not sorted or names a symbol twice")

@@ -1,0 +1,35 @@
+# Completion of the korvane command in bash.
+
+# Folders, and the files of the given extensions.
+_korvane_files() {
+    local extension
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(
+        compgen -d -- "$word"
+        for extension; do compgen -f -X "!*.$extension" -- "$word"; done
+    )
+}
+
+_korvane() {
+    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} subcommand=${COMP_WORDS[1]}
+    local options='-h --help'
+    COMPREPLY=()
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        mapfile -t COMPREPLY < <(compgen -W "info stats sizes convert $options --version" -- "$word")
+        return
+    fi
+    if [ "$subcommand" = stats ]; then options+=' --valid'; fi
+    if [ "$previous" = --valid ]; then return; fi
+    if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+        return
+    fi
+    case $subcommand:$COMP_CWORD in
+    info:*) _korvane_files mesh meshb sol solb ;;
+    stats:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
+    sizes:3) _korvane_files sol solb ;;
+    convert:3) _korvane_files mesh meshb bdf ;;
+    esac
+}
+
+complete -F _korvane korvane
