@@ -128,13 +128,13 @@ void add_points(Objects &objects)
 }
 
 /// Takes over a reference, which it gets here.
-korvane_cad_face_t *new_transformed_face(Objects &o, korvane_cad_t *cad)
+korvane_cad_face_t *new_transformed_face(korvane_cad_face_t *source, korvane_cad_t *cad)
 {
-    korvane_cad_face_clone(o.face);
+    korvane_cad_face_clone(source);
     korvane_cad_face_t *face =
-        korvane_cad_face_new_pafftrans(cad, o.face, 1, some_reals.data() + 3, some_reals.data(), nullptr, 1);
+        korvane_cad_face_new_pafftrans(cad, source, 1, some_reals.data() + 3, some_reals.data(), nullptr, 1);
     if (face == nullptr)
-        korvane_cad_face_delete(o.face);
+        korvane_cad_face_delete(source);
     return face;
 }
 
@@ -149,8 +149,10 @@ korvane_cad_edge_t *new_polyline_with_runs(Objects &o)
 
 AllocationEntries derived_allocations()
 {
-    const auto transformed_face = [](Objects &o) { return new_transformed_face(o, nullptr); };
-    const auto transformed_face_in_model = [](Objects &o) { return new_transformed_face(o, o.cad); };
+    const auto transformed_face = [](Objects &o) { return new_transformed_face(o.face, nullptr); };
+    // Of a free source, a reference that is counted wrongly would show as a block.
+    const auto transformed_free_face = [](Objects &o) { return new_transformed_face(o.free_face, nullptr); };
+    const auto transformed_face_in_model = [](Objects &o) { return new_transformed_face(o.face, o.cad); };
     const auto transformed_edge = [](Objects &o) {
         return korvane_cad_edge_new_afftrans(nullptr, o.edge, 1, some_reals.data(), some_reals.data());
     };
@@ -169,6 +171,7 @@ AllocationEntries derived_allocations()
     return {
         {"korvane_cad_face_new_pafftrans", sweep_constructor(transformed_face)},
         {"korvane_cad_face_new_pafftrans", sweep_constructor(transformed_face, add_original_ids)},
+        {"korvane_cad_face_new_pafftrans", sweep_constructor(transformed_free_face)},
         {"korvane_cad_face_new_pafftrans", sweep_constructor(transformed_face_in_model, fill_model)},
         {"korvane_cad_edge_new_afftrans", sweep_constructor(transformed_edge, add_original_ids)},
         {"korvane_cad_edge_new_afftrans", sweep_constructor(transformed_edge_on_face, fill_face)},
@@ -182,7 +185,8 @@ AllocationEntries derived_allocations()
         {"korvane_cad_face_new_copy",
             sweep_constructor([](Objects &o) { return korvane_cad_face_new_copy(o.free_face); },
                 [](Objects &o) {
-                    korvane_cad_face_delete(std::exchange(o.free_face, new_transformed_face(o, nullptr)));
+                    korvane_cad_face_delete(
+                        std::exchange(o.free_face, new_transformed_face(o.face, nullptr)));
                 })},
         {"korvane_cad_edge_new_copy",
             sweep_constructor(

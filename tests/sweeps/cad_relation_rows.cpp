@@ -8,7 +8,7 @@ namespace {
 /// Edges of two runs, and of a run that has none.
 struct RunEdges {
     explicit RunEdges(const Objects &o)
-        : edges{o.edge, o.edge, o.free_edge}, with_gap{o.edge, nullptr, o.edge}
+        : edges{o.edge, o.edge, o.free_edge}, with_gap{o.free_edge, nullptr, o.edge}
     {}
     std::array<korvane_cad_edge_t *, 3> edges;
     std::array<korvane_cad_edge_t *, 3> with_gap;

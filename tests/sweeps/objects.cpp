@@ -1,6 +1,7 @@
 // The objects that sweeps call functions on.
 #include "sweeps/objects.h"
 
+#include <map>
 #include <sstream>
 #include <vector>
 
@@ -95,6 +96,8 @@ Objects::Objects()
     korvane_sizemap_set_delete_function(spare_sizemap, note_release);
     korvane_cad_set_tag_system(cad, new_tag_system());
     declare_periodicity(cad);
+    korvane_cad_face_set_delete_function(face, note_deletion);
+    korvane_cad_edge_set_delete_function(edge, note_deletion);
     korvane_cad_face_set_surface_parametric_range(face, some_reals.data() + 2, some_reals.data() + 2);
     korvane_cad_face_set_surface_periodicity(face, 1, 0, 3, 0);
     korvane_cad_edge_set_curve3d(edge, some_curve3d, this);
@@ -273,6 +276,7 @@ void describe(Description &to, const korvane_dcad_edge_discretization_t *discret
 std::string Objects::describe() const
 {
     Description to;
+    to.line("deletions", deletions);
     testing::describe(to, message);
     testing::describe(to, tag_system);
     testing::describe(to, mesh);
@@ -343,39 +347,53 @@ void note_release(void *objects)
         ++static_cast<Objects *>(objects)->releases;
 }
 
-// -- Files
-
-void make_sample_files()
+void note_deletion(void *objects)
 {
-    static_cast<void>(sample_mesh_file());
-    static_cast<void>(sample_solution_file());
+    ++static_cast<Objects *>(objects)->deletions;
 }
+
+// -- Files
 
 std::string scratch_file(const std::string &name)
 {
     return scratch_folder().name(name);
 }
 
-const std::string &sample_mesh_file()
+namespace {
+
+/// Writes a file once for every name.
+const std::string &made_once(
+    const std::string &name, korvane_status_t (*write)(const Objects &, const char *))
 {
-    static const std::string name = [] {
+    static std::map<std::string, std::string> files;
+    const auto [file, is_new] = files.try_emplace(name, scratch_file(name));
+    if (is_new) {
         const Objects objects;
-        const std::string file = scratch_file("sample.mesh");
-        EXPECT_EQ(korvane_mesh_write_mesh(objects.mesh, file.c_str()), STATUS_OK);
-        return file;
-    }();
-    return name;
+        EXPECT_EQ(write(objects, file->second.c_str()), STATUS_OK);
+    }
+    return file->second;
 }
 
-const std::string &sample_solution_file()
+} // namespace
+
+const std::string &sample_mesh_file(const std::string &extension)
 {
-    static const std::string name = [] {
-        const Objects objects;
-        const std::string file = scratch_file("sample.sol");
-        EXPECT_EQ(korvane_sizemap_write_sol(objects.sizemap, file.c_str()), STATUS_OK);
-        return file;
-    }();
-    return name;
+    return made_once("sample." + extension,
+        [](const Objects &o, const char *name) { return korvane_mesh_write_mesh(o.mesh, name); });
+}
+
+const std::string &sample_solution_file(const std::string &extension)
+{
+    return made_once("sample." + extension,
+        [](const Objects &o, const char *name) { return korvane_sizemap_write_sol(o.sizemap, name); });
+}
+
+void make_sample_files()
+{
+    for (const char *extension : {"mesh", "meshb"})
+        static_cast<void>(sample_mesh_file(extension));
+    for (const char *extension : {"sol", "solb"})
+        static_cast<void>(sample_solution_file(extension));
 }
 
 } // namespace korvane::testing

@@ -26,6 +26,7 @@ struct Objects {
     // First, because callbacks write here until the last object is deleted.
     std::string messages; // number and text of each, as they came
     int releases = 0;     // of attached objects
+    int deletions = 0;    // of the user data of faces and edges
 
     korvane_context_t *context = nullptr, *spare_context = nullptr;
     korvane_message_t *message = nullptr, *spare_message = nullptr;
@@ -56,7 +57,8 @@ korvane_status_t some_transformation(const double source[3], double target[3], v
 korvane_status_t some_size(int32_t vertex, double *size, void *user_data);
 korvane_status_t note_message(korvane_message_t *message, void *objects); // into `messages`
 korvane_status_t some_interrupt(int32_t *interrupt, void *user_data);
-void note_release(void *objects); // into `releases`
+void note_release(void *objects);  // into `releases`
+void note_deletion(void *objects); // into `deletions`
 
 /// Makes the sample files below, if that was not done.
 void make_sample_files();
@@ -64,10 +66,10 @@ void make_sample_files();
 /// The name of a file for this process to write, in a folder that goes with it.
 std::string scratch_file(const std::string &name);
 
-/// The name of a text file with a mesh of a few entities of every kind, some of them required.
-const std::string &sample_mesh_file();
+/// The name of a file with a mesh of a few entities of every kind, some of them required.
+const std::string &sample_mesh_file(const std::string &extension = "mesh");
 
-/// The name of a text file with the size at every vertex of `Objects::mesh`.
-const std::string &sample_solution_file();
+/// The name of a file with the size at every vertex of `Objects::mesh`.
+const std::string &sample_solution_file(const std::string &extension = "sol");
 
 } // namespace korvane::testing
