@@ -103,7 +103,8 @@ class Client {
             &Client::transform_edge, &Client::copy_face, &Client::copy_edge, &Client::attach_face,
             &Client::attach_edge, &Client::retain, &Client::give_back, &Client::give_back, &Client::evaluate,
             &Client::evaluate, &Client::change_lists, &Client::change_values, &Client::declare_periodic,
-            &Client::declare_multiple_periodic, &Client::discretize, &Client::restart_context};
+            &Client::declare_multiple_periodic, &Client::discretize, &Client::walk_model,
+            &Client::restart_context};
         (this->*steps[script.choice(std::size(steps))])();
     }
 
@@ -391,6 +392,45 @@ class Client {
                 edge->edge, t, &original, out.data(), out.data() + 1, out.data() + 2);
             require(status == (original == nullptr ? STATUS_ERROR : STATUS_OK));
         }
+    }
+    /// From the top down: everything is where its owner lists it.
+    void walk_model()
+    {
+        const Object *model = pick_model();
+        int32_t count = 0;
+        korvane_cad_face_t *face = nullptr;
+        if (model == nullptr || korvane_cad_get_face_count(model->cad, &count) != STATUS_OK)
+            return;
+        for (int32_t i = 1; i <= count; ++i) {
+            korvane_cad_t *owner = nullptr;
+            require(korvane_cad_get_face(model->cad, i, &face) == STATUS_OK);
+            require(korvane_cad_face_get_cad(face, &owner) == STATUS_OK && owner == model->cad);
+            walk_face(face);
+        }
+        require(korvane_cad_get_face(model->cad, count + 1, &face) == STATUS_ERROR);
+        require(korvane_cad_get_face(model->cad, 0, &face) == STATUS_ERROR);
+    }
+    static void walk_face(korvane_cad_face_t *face)
+    {
+        int32_t count = 0;
+        require(korvane_cad_face_get_edge_count(face, &count) == STATUS_OK);
+        for (int32_t i = 1; i <= count; ++i) {
+            korvane_cad_edge_t *edge = nullptr;
+            korvane_cad_face_t *owner = nullptr;
+            require(korvane_cad_face_get_edge(face, i, &edge) == STATUS_OK);
+            require(korvane_cad_edge_get_face(edge, &owner) == STATUS_OK && owner == face);
+        }
+        require(korvane_cad_face_get_point_count(face, &count) == STATUS_OK);
+        for (int32_t i = 1; i <= count; ++i) {
+            korvane_cad_point_t *point = nullptr;
+            std::array<double, 2> uv{};
+            require(korvane_cad_face_get_point(face, i, &point) == STATUS_OK);
+            require(korvane_cad_point_get_uv(point, uv.data()) == STATUS_OK);
+        }
+        require(korvane_cad_face_get_original_id_count(face, &count) == STATUS_OK);
+        uint32_t id = 0;
+        for (int32_t i = 1; i <= count; ++i)
+            require(korvane_cad_face_get_original_id(face, i, &id) == STATUS_OK);
     }
     void change_lists()
     {
