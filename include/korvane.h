@@ -39,6 +39,7 @@
 
 #include <stdint.h>
 
+/** Marks what the library exports. */
 #if defined(_WIN32)
 #if defined(KORVANE_BUILDING)
 #define KORVANE_API __declspec(dllexport)
@@ -357,7 +358,7 @@ KORVANE_API void korvane_mesh_delete(korvane_mesh_t *mesh);
 /** Accepts any mesh as it is, null included: STATUS_OK. */
 KORVANE_API korvane_status_t korvane_mesh_check_consistency(const korvane_mesh_t *mesh);
 
-/** @name Vertices
+/** Vertices.
  *  `coordinates` hold 3 doubles (x, y, z); `tag`, `periodic_id` and `required_status` hold 1 integer each.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_vertex_count(const korvane_mesh_t *mesh, int32_t *count);
@@ -400,7 +401,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_vertex_required_status(
     korvane_mesh_t *mesh, korvane_mesh_values_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Edges
+/** Edges.
  *  `vertices` hold 2 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
  *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
@@ -452,7 +453,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_edge_extra_vertices(
     korvane_mesh_t *mesh, korvane_mesh_extra_vertices_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Triangles
+/** Triangles.
  *  `vertices` hold 3 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
  *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
@@ -504,7 +505,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_triangle_extra_vertices(
     korvane_mesh_t *mesh, korvane_mesh_extra_vertices_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Quadrangles
+/** Quadrangles.
  *  `vertices` hold 4 vertex indices; `tag`, `periodic_id` and `required_status` hold 1 integer each;
  *  `extra_vertices` hold a list of vertex indices.
  *  @{ */
@@ -556,7 +557,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_quadrangle_extra_vertices(
     korvane_mesh_t *mesh, korvane_mesh_extra_vertices_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Tetrahedra
+/** Tetrahedra.
  *  `vertices` hold 4 vertex indices; `tag` and `required_status` hold 1 integer each; `extra_vertices` hold a
  *  list of vertex indices.
  *  @{ */
@@ -600,7 +601,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_tetrahedron_extra_vertices(
     korvane_mesh_t *mesh, korvane_mesh_extra_vertices_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Hexahedra
+/** Hexahedra.
  *  `vertices` hold 8 vertex indices; `tag` and `required_status` hold 1 integer each.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_hexahedron_count(const korvane_mesh_t *mesh, int32_t *count);
@@ -635,7 +636,7 @@ KORVANE_API korvane_status_t korvane_mesh_set_set_hexahedron_required_status(
     korvane_mesh_t *mesh, korvane_mesh_values_setter_t callback, void *user_data);
 /** @} */
 
-/** @name Pyramids
+/** Pyramids.
  *  `vertices` hold 5 vertex indices; `tag` and `required_status` hold 1 integer each.
  *  @{ */
 KORVANE_API korvane_status_t korvane_mesh_get_pyramid_count(const korvane_mesh_t *mesh, int32_t *count);
