@@ -2,9 +2,7 @@
 // allocation fails, look at what it left behind, and make it again.
 #pragma once
 
-#include <algorithm>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -36,20 +34,6 @@ enum class Remainder {
     nothing_or_all, // as above, or the call does not need what failed and succeeds
     part            // a part of its work, which a repeated call completes
 };
-
-/// Compares descriptions; says where they begin to differ.
-inline ::testing::AssertionResult is_described_as(const Objects &objects, const std::string &wanted)
-{
-    const std::string found = objects.describe();
-    if (found == wanted)
-        return ::testing::AssertionSuccess();
-    const auto [a, b] = std::mismatch(found.begin(), found.end(), wanted.begin(), wanted.end());
-    const auto line = [](const std::string &text, std::string::const_iterator at) {
-        const auto begin = std::find(std::make_reverse_iterator(at), text.rend(), '\n').base();
-        return std::string(begin, std::find(at, text.end(), '\n'));
-    };
-    return ::testing::AssertionFailure() << "\"" << line(found, a) << "\" for \"" << line(wanted, b) << '"';
-}
 
 /// What `call` makes of objects when nothing fails.
 template <class Call>

@@ -14,18 +14,20 @@ bool make_call(const Row &row, std::size_t number)
 {
     SCOPED_TRACE(row.function + ", probe " + std::to_string(number));
     const std::int64_t live_before = live_block_count();
-    Probe probe(number, row.wanted);
+    bool exists = true;
     {
         Objects objects;
+        Probe probe(number, row.wanted, objects);
         row.call(objects, probe);
+        exists = probe.exists();
+        if (row.heap == Heap::none) {
+            EXPECT_EQ(probe.allocations(), 0) << "allocates";
+        } else if (number == 0) {
+            EXPECT_GT(probe.allocations(), 0) << "does not allocate";
+        }
     }
     EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
-    if (row.heap == Heap::none) {
-        EXPECT_EQ(probe.allocations(), 0) << "allocates";
-    } else if (number == 0) {
-        EXPECT_GT(probe.allocations(), 0) << "does not allocate";
-    }
-    return probe.exists();
+    return exists;
 }
 
 class Arguments : public ::testing::TestWithParam<RowFamily> {};
@@ -49,7 +51,7 @@ TEST(ArgumentTable, trusts_callers_only_where_the_header_says_so)
     for (const RowFamily &family : row_families) {
         for (const Row &row : family.rows()) {
             Objects objects;
-            Probe probe(0, row.wanted);
+            Probe probe(0, row.wanted, objects);
             row.call(objects, probe);
             const std::string description = description_of(row.function);
             EXPECT_FALSE(description.empty()) << row.function;

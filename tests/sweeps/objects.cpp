@@ -1,6 +1,8 @@
 // The objects that sweeps call functions on.
 #include "sweeps/objects.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <vector>
@@ -210,7 +212,22 @@ void describe(Description &to, const korvane_mesh_t *mesh)
 void describe(Description &to, const korvane_cad_edge_t *edge)
 {
     to.line("edge");
-    to.got("id", korvane_cad_edge_get_id, edge);
+    for (const auto getter : {korvane_cad_edge_get_id, korvane_cad_edge_get_uid, korvane_cad_edge_get_tag})
+        to.got("number", getter, edge);
+    for (const auto getter : {korvane_cad_edge_get_orientation, korvane_cad_edge_get_coorientation,
+             korvane_cad_edge_get_degenerated, korvane_cad_edge_get_wdef})
+        to.got("value", getter, edge);
+    for (const auto getter : {korvane_cad_edge_get_extremities, korvane_cad_edge_get_extremities_tag,
+             korvane_cad_edge_get_uv_extremities}) {
+        int32_t first = 0;
+        int32_t second = 0;
+        getter(edge, &first, &second);
+        to.line("ends", first, second);
+    }
+    double tmin = 0;
+    double tmax = 0;
+    korvane_cad_edge_get_range(edge, &tmin, &tmax);
+    to.line("range", tmin, tmax);
     to.got("originals", korvane_cad_edge_get_original_id_count, edge);
     int32_t count = 0;
     double *params = nullptr;
@@ -225,7 +242,15 @@ void describe(Description &to, const korvane_cad_edge_t *edge)
 void describe(Description &to, const korvane_cad_face_t *face)
 {
     to.line("face");
-    to.got("id", korvane_cad_face_get_id, face);
+    for (const auto getter : {korvane_cad_face_get_id, korvane_cad_face_get_uid, korvane_cad_face_get_tag})
+        to.got("number", getter, face);
+    to.got("orientation", korvane_cad_face_get_orientation, face);
+    std::array<double, 6> reals{};
+    std::array<int32_t, 2> periodic{};
+    korvane_cad_face_get_surface_parametric_range(face, &reals[0], &reals[2]);
+    korvane_cad_face_get_surface_periodicity(face, &periodic[0], &periodic[1], &reals[4], &reals[5]);
+    to.line("ranges", reals[0], reals[1], reals[2], reals[3]);
+    to.line("periods", periodic[0], periodic[1], reals[4], reals[5]);
     to.got("originals", korvane_cad_face_get_original_id_count, face);
     to.got("points", korvane_cad_face_get_point_count, face);
     const int32_t edge_count = to.got("edges", korvane_cad_face_get_edge_count, face);
@@ -238,6 +263,9 @@ void describe(Description &to, const korvane_cad_face_t *face)
 
 void describe(Description &to, const korvane_cad_t *cad)
 {
+    for (const auto getter : {korvane_cad_get_use_vtag, korvane_cad_get_use_etag, korvane_cad_get_use_ftag,
+             korvane_cad_get_thread_safety})
+        to.got("flag", getter, cad);
     const int32_t face_count = to.got("faces", korvane_cad_get_face_count, cad);
     for (int32_t index = 1; index <= face_count; ++index) {
         korvane_cad_face_t *face = nullptr;
@@ -285,6 +313,19 @@ std::string Objects::describe() const
     testing::describe(to, free_edge);
     testing::describe(to, discretization);
     return to.all();
+}
+
+::testing::AssertionResult is_described_as(const Objects &objects, const std::string &wanted)
+{
+    const std::string found = objects.describe();
+    if (found == wanted)
+        return ::testing::AssertionSuccess();
+    const auto [a, b] = std::mismatch(found.begin(), found.end(), wanted.begin(), wanted.end());
+    const auto line = [](const std::string &text, std::string::const_iterator at) {
+        const auto begin = std::find(std::make_reverse_iterator(at), text.rend(), '\n').base();
+        return std::string(begin, std::find(at, text.end(), '\n'));
+    };
+    return ::testing::AssertionFailure() << "\"" << line(found, a) << "\" for \"" << line(wanted, b) << '"';
 }
 
 // -- Callbacks

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include <gtest/gtest.h>
 #include <korvane.h>
 
 namespace korvane::testing {
@@ -43,6 +44,9 @@ struct Objects {
     korvane_dcad_edge_discretization_t *discretization = nullptr; // of `edge`, with 3 vertices
     void *mesh_buffer = nullptr, *cad_buffer = nullptr;           // generic ones, for the taking
 };
+
+/// Compares what objects tell with what they told before; says where it begins to differ.
+::testing::AssertionResult is_described_as(const Objects &objects, const std::string &wanted);
 
 // Arguments with content, as many values as any function asks for.
 inline constexpr std::array<int32_t, 8> some_integers = {1, 2, 3, 4, 1, 2, 3, 4};

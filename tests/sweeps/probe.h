@@ -208,9 +208,10 @@ Argument<T *> optional_output(std::size_t count = 1)
 
 class Probe {
   public:
-    /// `good_status` is what the call with good values leads to.
-    Probe(std::size_t probe_number, korvane_status_t good_status)
-        : number(probe_number), left(probe_number), wanted(good_status)
+    /// `good_status` is what the call with good values leads to. A call that fails leaves the objects as they
+    /// were.
+    Probe(std::size_t probe_number, korvane_status_t good_status, const Objects &described)
+        : number(probe_number), left(probe_number), wanted(good_status), objects(described)
     {}
 
     template <class Result, class... Parameters, class... Values>
@@ -221,6 +222,7 @@ class Probe {
         if (!exists())
             return;
         (hand_over(arguments), ...);
+        const std::string before = wanted == STATUS_OK ? "" : objects.describe();
         const std::int64_t live_before = live_block_count();
         const std::int64_t allocations_before = allocation_count();
         if constexpr (std::is_void_v<Result>) {
@@ -233,6 +235,7 @@ class Probe {
             expect_result(result);
             if (wanted != STATUS_OK) {
                 EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
+                EXPECT_TRUE(is_described_as(objects, before));
             }
             (expect_output(arguments), ...);
             dispose(result);
@@ -293,6 +296,7 @@ class Probe {
     std::size_t number;
     std::size_t left;
     korvane_status_t wanted;
+    const Objects &objects;
     Cause cause = Cause::none;
     bool trusts = false;
     std::int64_t allocation_sum = 0;

@@ -1,9 +1,8 @@
 // Readers and writers of files while operations on their streams fail one after the other.
 //
 // The files are longer than a block of the stream, so that reading and writing take several operations.
-#include <algorithm>
-#include <functional>
-#include <iterator>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
