@@ -147,6 +147,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
 
   private:
     static constexpr std::size_t group_size = 128;
+    static constexpr uint32_t near_buckets = 1 << 14;
 
     /// The walk along the chain of one key of a group.
     struct Walk {
@@ -170,10 +171,16 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
     [[nodiscard]] bool try_insert_group(std::span<const value_type> group, int32_t *identifiers)
     {
         std::array<uint32_t, group_size> bucket;
+        uint32_t lowest = UINT32_MAX;
+        uint32_t highest = 0;
         for (std::size_t i = 0; i < group.size(); ++i) {
             bucket[i] = bucket_of(group[i]);
             prefetch(&buckets[bucket[i]]);
+            lowest = std::min(lowest, bucket[i]);
+            highest = std::max(highest, bucket[i]);
         }
+        if (highest - lowest < near_buckets)
+            return try_insert_near(group, bucket.data(), identifiers);
         std::array<Walk, group_size> walks;
         for (std::size_t i = 0; i < group.size(); ++i) {
             walks[i] = {static_cast<uint32_t>(i), buckets[bucket[i]]};
@@ -186,6 +193,21 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
             const int32_t identifier =
                 reached[i] > 0 ? reached[i]
                                : Keys::insert_into_chain(buckets[bucket[i]], group[i], -reached[i]);
+            if (identifier == 0)
+                return false;
+            if (identifiers != nullptr)
+                identifiers[i] = identifier;
+        }
+        return true;
+    }
+
+    /// Keys of neighbouring buckets are probably in the cache, where walking one chain after the other is
+    /// the quickest.
+    [[nodiscard]] bool try_insert_near(
+        std::span<const value_type> group, const uint32_t *bucket, int32_t *identifiers)
+    {
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            const int32_t identifier = Keys::insert_into_chain(buckets[bucket[i]], group[i]);
             if (identifier == 0)
                 return false;
             if (identifiers != nullptr)
