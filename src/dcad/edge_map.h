@@ -27,7 +27,8 @@ struct edge_handle {
         return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(edge));
     }
     /// Addresses are multiples of 8.
-    static uint32_t bucket(value_type edge, uint32_t bucket_count)
+    template <class Count>
+    static uint32_t bucket(value_type edge, Count bucket_count)
     {
         return (low_bits(edge) >> 3) % bucket_count;
     }

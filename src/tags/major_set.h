@@ -5,7 +5,7 @@
 //
 //   struct Key {
 //       using value_type = ...;                                             // trivially copyable
-//       static uint32_t bucket(const value_type &, uint32_t bucket_count);
+//       static uint32_t bucket(const value_type &, Count bucket_count); // Count: uint32_t or BucketCount
 //       static bool equal(const value_type &, const value_type &);
 //   };
 //
@@ -24,6 +24,7 @@
 #include <utility>
 
 #include "common/prefetch.h"
+#include "tags/bucket_count.h"
 #include "tags/numbered_keys.h"
 
 namespace korvane {
@@ -43,7 +44,8 @@ template <std::size_t N>
 struct ordered_key {
     using value_type = std::array<int32_t, N>;
 
-    static constexpr uint32_t bucket(const value_type &key, uint32_t bucket_count)
+    template <class Count>
+    static constexpr uint32_t bucket(const value_type &key, Count bucket_count)
     {
         return absolute_sum(key) % bucket_count;
     }
@@ -54,7 +56,8 @@ struct ordered_key {
 struct unordered_pair {
     using value_type = std::array<int32_t, 2>;
 
-    static constexpr uint32_t bucket(const value_type &key, uint32_t bucket_count)
+    template <class Count>
+    static constexpr uint32_t bucket(const value_type &key, Count bucket_count)
     {
         return absolute_sum(key) % bucket_count;
     }
@@ -82,6 +85,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
 
     // To be read only, like the fields of the numbered keys.
     int32_t bucket_count = 0; // never changes after creation
+    BucketCount divisor;      // the same
     Array<int32_t> buckets;   // the first identifier of each bucket, or 0
 
     /// Makes an empty set with room for `capacity` keys (below 0 counts as 0). False, without change, for a
@@ -95,6 +99,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
             !fresh.try_reserve(std::max(new_capacity, 0)))
             return false;
         fresh.bucket_count = new_bucket_count;
+        fresh.divisor = BucketCount(static_cast<uint32_t>(new_bucket_count));
         *this = std::move(fresh);
         return true;
     }
@@ -107,6 +112,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
             !try_assign(copy.buckets, other.buckets.data(), other.buckets.size()))
             return false;
         copy.bucket_count = other.bucket_count;
+        copy.divisor = other.divisor;
         *this = std::move(copy);
         return true;
     }
@@ -155,10 +161,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         int32_t identifier;
     };
 
-    [[nodiscard]] uint32_t bucket_of(const value_type &key) const
-    {
-        return Key::bucket(key, static_cast<uint32_t>(bucket_count));
-    }
+    [[nodiscard]] uint32_t bucket_of(const value_type &key) const { return Key::bucket(key, divisor); }
 
     /// Both ends of it, which may lie in two cache lines.
     void prefetch_entry(int32_t identifier) const

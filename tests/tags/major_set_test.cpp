@@ -139,10 +139,11 @@ TYPED_TEST(MajorSet, BehavesAsItsModel)
 TYPED_TEST(MajorSet, BatchIsAsOneByOne)
 {
     Integers integers;
-    for (const std::size_t size : {0u, 1u, 2u, 31u, 700u}) {
+    for (const std::size_t size : {0u, 1u, 2u, 31u, 700u, 1001u}) {
+        const int32_t bucket_count = size % 2 == 0 ? 50 : 40'000; // the extremes fall into far buckets
         TypeParam set;
-        ASSERT_TRUE(set.try_create(50, 20));
-        Model<TypeParam> model(50, 20);
+        ASSERT_TRUE(set.try_create(bucket_count, 20));
+        Model<TypeParam> model(bucket_count, 20);
         for (int round = 0; round < 3; ++round) {
             std::vector<typename TypeParam::value_type> batch(size);
             for (auto &key : batch)
@@ -191,27 +192,28 @@ TYPED_TEST(MajorSet, SurvivesFailingAllocations)
 
 TYPED_TEST(MajorSet, BatchStopsAtTheKeyForWhichMemoryRunsOut)
 {
-    oom_sweep([](AllocationFault &fault) {
-        Integers integers;
-        std::vector<typename TypeParam::value_type> batch(80);
-        for (auto &key : batch)
-            key = random_key<TypeParam>(integers, 1000);
-        TypeParam set;
-        ASSERT_TRUE(set.try_create(10, 4));
-        Model<TypeParam> model(10, 4);
-        std::vector<int32_t> identifiers(batch.size());
-        fault.arm();
-        const bool inserted = set.try_insert_batch(batch, identifiers.data());
-        EXPECT_EQ(fault.disarm(), !inserted);
-        std::size_t done = 0;
-        while (done < batch.size() && identifiers[done] != 0) {
-            EXPECT_EQ(identifiers[done], model.insert(batch[done]));
-            ++done;
-        }
-        EXPECT_EQ(inserted, done == batch.size());
-        model.expect_same(set);
-        ASSERT_TRUE(set.try_insert_batch(batch));
-    });
+    for (const int32_t bucket_count : {10, 40'000})
+        oom_sweep([=](AllocationFault &fault) {
+            Integers integers;
+            std::vector<typename TypeParam::value_type> batch(80);
+            for (auto &key : batch)
+                key = random_key<TypeParam>(integers, 1000);
+            TypeParam set;
+            ASSERT_TRUE(set.try_create(bucket_count, 4));
+            Model<TypeParam> model(bucket_count, 4);
+            std::vector<int32_t> identifiers(batch.size());
+            fault.arm();
+            const bool inserted = set.try_insert_batch(batch, identifiers.data());
+            EXPECT_EQ(fault.disarm(), !inserted);
+            std::size_t done = 0;
+            while (done < batch.size() && identifiers[done] != 0) {
+                EXPECT_EQ(identifiers[done], model.insert(batch[done]));
+                ++done;
+            }
+            EXPECT_EQ(inserted, done == batch.size());
+            model.expect_same(set);
+            ASSERT_TRUE(set.try_insert_batch(batch));
+        });
 }
 
 TYPED_TEST(MajorSet, CopyIsIndependent)
