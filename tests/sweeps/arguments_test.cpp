@@ -35,10 +35,11 @@ class Arguments : public ::testing::TestWithParam<RowFamily> {};
 TEST_P(Arguments, are_tested_accepted_and_left_alone_as_described)
 {
     make_sample_files(); // before blocks are counted
+    int calls = 0;
     for (const Row &row : GetParam().rows())
         for (std::size_t number = 0; make_call(row, number); ++number)
-            if (HasFatalFailure())
-                return;
+            ++calls;
+    RecordProperty("calls", calls);
 }
 
 INSTANTIATE_TEST_SUITE_P(
