@@ -1,40 +1,63 @@
 // Reading the comments of the public header.
 #include "sweeps/descriptions.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <regex>
+#include <sstream>
+#include <string_view>
 
 namespace korvane::testing {
 
 namespace {
 
-std::string without_line_ends(const std::string &comment)
+/// The lines of a comment, without what they begin with, as one.
+std::string joined_lines(const std::string &comment)
 {
-    return std::regex_replace(comment, std::regex("\\s*\\n\\s*\\*?\\s*"), " ");
+    std::istringstream lines(comment);
+    std::string joined;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t text = line.find_first_not_of(" *");
+        if (text != std::string::npos)
+            joined += line.substr(text) + ' ';
+    }
+    return joined;
+}
+
+/// The name before the bracket that opens next.
+std::string declared_name(const std::string &header, std::size_t from)
+{
+    const std::size_t end = header.find('(', from);
+    const std::size_t before = header.find_last_of(" *", end);
+    return header.substr(before + 1, end - before - 1);
 }
 
 /// Goes through comments and declarations in their order.
 std::map<std::string, std::string> read_descriptions()
 {
+    constexpr std::string_view declaration = "KORVANE_API ";
     std::ifstream file(KORVANE_HEADER);
     const std::string header(std::istreambuf_iterator<char>(file), {});
-    const std::regex token("/\\*[^*]*\\*+(?:[^/*][^*]*\\*+)*/|KORVANE_API[^;(]*\\b(korvane_\\w+)\\(");
     std::map<std::string, std::string> descriptions;
     std::string section;
     std::string comment;
     bool is_in_group = false;
-    for (std::sregex_iterator found(header.begin(), header.end(), token), end; found != end; ++found) {
-        const std::string text = found->str();
-        if ((*found)[1].matched)
-            descriptions[(*found)[1]] = section + ' ' + comment;
-        else if (text.starts_with("/* ---"))
-            section = without_line_ends(text);
-        else if (text.find("@}") != std::string::npos)
+    std::size_t at = 0;
+    while ((at = std::min(header.find("/*", at), header.find(declaration, at))) != std::string::npos) {
+        if (header.compare(at, declaration.size(), declaration) == 0) {
+            descriptions[declared_name(header, at)] = section + comment;
+            at += declaration.size();
+            continue;
+        }
+        const std::string text = header.substr(at, header.find("*/", at) - at);
+        at += text.size();
+        if (text.starts_with("/* ---")) {
+            section = joined_lines(text);
+        } else if (text.find("@}") != std::string::npos) {
             is_in_group = false;
-        else if (text.starts_with("/**") && !text.starts_with("/**<") && !is_in_group) {
-            comment = without_line_ends(text);
+        } else if (text.starts_with("/**") && !text.starts_with("/**<") && !is_in_group) {
+            comment = joined_lines(text);
             is_in_group = text.find("@{") != std::string::npos;
         }
     }
