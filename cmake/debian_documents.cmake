@@ -1,16 +1,16 @@
-# Run by cpack over the files of each component before they are packed: adds what a Debian package has to document.
+# Run by cpack over the files of each component before they are packed: adds what a Debian package has to document, and
+# compresses what it has to compress.
 if(NOT CPACK_GENERATOR STREQUAL DEB)
     return()
 endif()
-foreach(component runtime development tools)
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     string(TOUPPER ${component} variable)
-    set(package ${CPACK_DEBIAN_${variable}_PACKAGE_NAME})
     set(share ${CPACK_TEMPORARY_DIRECTORY}/${component}${CPACK_PACKAGING_INSTALL_PREFIX}/share)
-    if(IS_DIRECTORY ${CPACK_TEMPORARY_DIRECTORY}/${component})
-        configure_file(${CMAKE_CURRENT_LIST_DIR}/debian_copyright ${share}/doc/${package}/copyright COPYONLY)
-    endif()
-    file(GLOB_RECURSE pages ${share}/man/*.1)
-    if(pages)
-        execute_process(COMMAND gzip --best --no-name --force ${pages} COMMAND_ERROR_IS_FATAL ANY)
-    endif()
+    set(documents ${share}/doc/${CPACK_DEBIAN_${variable}_PACKAGE_NAME})
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/debian_copyright ${documents}/copyright COPYONLY)
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/debian_changelog.in ${documents}/changelog @ONLY)
+    file(GLOB pages ${share}/man/man1/*.1)
+    execute_process(COMMAND gzip --best --no-name --force ${documents}/changelog ${pages}
+        COMMAND_ERROR_IS_FATAL ANY)
 endforeach()

@@ -41,8 +41,8 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME korvane-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "describe, judge and convert mesh files
-The korvane command tells what is in a mesh file, reports on the quality and the
-topology of a mesh, compares it with a size map, and writes it in another
+The korvane command tells what is in a mesh file, reports on the quality and
+the topology of a mesh, compares it with a size map, and writes it in another
 encoding.")
 
 include(CPack)
