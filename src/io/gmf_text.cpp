@@ -31,10 +31,11 @@ template <class Value>
     std::size_t taken = 0;
     while (taken < count) {
         scanner.resume(plain);
-        if (!scanner.next_number(values[taken]))
+        const bool has_next = scanner.next_number(values[taken]);
+        plain = scanner.plain_numbers(); // what is at hand may have moved, with or without a number
+        if (!has_next)
             break;
         ++taken;
-        plain = scanner.plain_numbers();
         taken += plain.take(values + taken, count - taken);
     }
     std::fill(values + taken, values + count, Value{});

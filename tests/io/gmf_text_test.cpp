@@ -211,6 +211,30 @@ TEST_F(GmfText, WhatIsMissingReadsAsZeros)
     gmf_close_file(index);
 }
 
+TEST_F(GmfText, ColumnsBehindTheEndOfTheFileAreZeros)
+{
+    for (const std::size_t comment : {0, 100, 1000, 262'000, 262'100, 262'144, 300'000})
+        for (const char *cut :
+            {"4", "4 ", "4 5", "4 5\n", "4 5 6", "4 5 6 ", "4 5 x", "4 5 x 7 ", "\n #", " "}) {
+            const int32_t index =
+                open(header + '#' + std::string(comment, 'c') + "\nVertices 2 1 2 3 9\n" + cut);
+            std::array<double, 6> xyz;
+            std::array<int32_t, 2> tags;
+            xyz.fill(-7);
+            tags.fill(-7);
+            const std::array<GmfInput, 2> columns = {{{3, nullptr, xyz.data()}, {1, tags.data(), nullptr}}};
+            gmf_seek_keyword(index, gmf_vertices);
+            EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 2, columns), 1) << cut;
+            const std::string text = cut;
+            const auto held = [&](char digit) { return text.find(digit) == text.npos ? 0. : digit - '0'; };
+            EXPECT_EQ(xyz, (std::array<double, 6>{1, 2, 3, held('4'), held('5'), held('6')})) << cut;
+            EXPECT_EQ(tags, (std::array<int32_t, 2>{9, 0})) << cut;
+            gmf_seek_keyword(index, gmf_vertices);
+            EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 1, columns), 1);
+            gmf_close_file(index);
+        }
+}
+
 TEST_F(GmfText, ABlockThatEndedStaysEnded)
 {
     // "inf" is no integer, so the first line is cut; it is a real, which the next line must not take.
