@@ -19,6 +19,7 @@ namespace korvane::testing {
 struct AllocationEntry {
     std::string function;
     std::function<void(AllocationFault &fault)> body;
+    bool is_elidable = false; // a compiler may see that the function can do without allocations
 };
 
 using AllocationEntries = std::vector<AllocationEntry>;

@@ -26,7 +26,7 @@ TEST_P(FailingAllocations, leave_objects_in_the_described_state_and_no_blocks)
             fault.disarm();
             EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
         });
-        EXPECT_GT(runs, runs_without_failure) << "does not allocate";
+        EXPECT_TRUE(runs > runs_without_failure || entry.is_elidable) << "does not allocate";
         failures += runs - runs_without_failure;
     }
     RecordProperty("failures", failures);

@@ -199,7 +199,8 @@ AllocationEntries derived_allocations()
         {"korvane_cad_face_clone_points",
             sweep_status(
                 STATUS_NOMEM, Remainder::nothing,
-                [](Objects &o) { return korvane_cad_face_clone_points(o.face, o.free_face); }, add_points)},
+                [](Objects &o) { return korvane_cad_face_clone_points(o.face, o.free_face); }, add_points),
+            true},
     };
 }
 

@@ -46,7 +46,8 @@ Rows derived_rows()
             nullable(some_curve), nullable(&o)),
         ALLOCATING_ROW(korvane_cad_face_new_copy, handle(o.face)),
         ALLOCATING_ROW(korvane_cad_edge_new_copy, handle(o.edge)),
-        ALLOCATING_ROW(korvane_cad_face_clone_points, handle(o.face), nullable(o.free_face)),
+        KORVANE_ROW(
+            Heap::elidable, STATUS_OK, korvane_cad_face_clone_points, handle(o.face), nullable(o.free_face)),
     };
 }
 

@@ -302,11 +302,15 @@ class Probe {
     std::int64_t allocation_sum = 0;
 };
 
-enum class Heap { none, used };
+enum class Heap {
+    none,
+    used,
+    elidable // a compiler may see that it can do without
+};
 
 struct Row {
     std::string function;
-    Heap heap; // whether the call with good values allocates; without, no call of the row may
+    Heap heap; // whether the call with good values allocates; if not, no call of the row may
     korvane_status_t wanted;
     std::function<void(Objects &objects, Probe &probe)> call;
 };
