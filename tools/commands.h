@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "output.h"
+
 namespace korvane::tools {
 
 /// Describes files: format, keywords, tags, required entities, bounding box.
@@ -14,6 +16,17 @@ int stats(const std::vector<std::string> &files, const std::string &name);
 
 /// Reports on a size map against the lengths of the edges of its mesh.
 int sizes(const std::string &mesh_file, const std::string &solution_file);
+
+struct CheckOptions {
+    std::vector<std::string> files;
+    std::vector<std::string> limits;
+    std::string limits_file; // further limits; empty for none
+    std::string bad_ids;     // file for the findings; empty for none
+    std::string bad;         // file for the bad entities; empty for none
+};
+
+/// Gives a verdict on meshes.
+int check(const CheckOptions &options, const Presentation &presentation);
 
 /// Writes a mesh file in another encoding or format, and tells what it does not carry over.
 int convert(const std::string &input, const std::string &output);

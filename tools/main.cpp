@@ -22,67 +22,145 @@ int after_flush(int status)
     return file_problem;
 }
 
-int run(int argc, char **argv)
+/// Gives every value that `test` says something against, as what is wrong with it.
+CLI::Validator refused(std::string (*test)(const std::string &value))
 {
-    CLI::App app(
-        "Describes, judges and converts mesh files (.mesh, .meshb) and solutions on them (.sol, .solb).",
-        "korvane");
-    app.set_version_flag("--version", "korvane " KORVANE_VERSION);
-    app.footer("Exit status: 0 done, 1 a file has a problem, 2 wrong usage.");
-    app.require_subcommand(1);
+    return {test, ""};
+}
 
+std::string against_empty(const std::string &text)
+{
+    return text.empty() ? "NAME is empty" : "";
+}
+
+std::string against_other_than_mesh_files(const std::string &file)
+{
+    return can_be_written(file) ? "" : file + ": cannot be written; use .mesh, .meshb or .bdf";
+}
+
+std::string against_other_than_grids(const std::string &file)
+{
+    return file.ends_with(".vtu") ? "" : file + ": cannot be written; use .vtu";
+}
+
+/// The words of the command, and what they lead to.
+class CommandLine {
+  public:
+    CommandLine()
+    {
+        app.set_version_flag("--version", "korvane " KORVANE_VERSION);
+        app.footer(
+            "Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check: 0 valid, 1 findings,\n"
+            "2 wrong usage, 3 a file cannot be read or written.");
+        app.require_subcommand(1);
+        add_info();
+        add_stats();
+        add_sizes();
+        add_check();
+        add_convert();
+    }
+
+    int run(int argc, char **argv)
+    {
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::Success &success) {
+            app.exit(success);
+        } catch (const CLI::ParseError &error) {
+            app.exit(error);
+            return wrong_usage;
+        }
+        return after_flush(status);
+    }
+
+  private:
+    /// What all subcommands that give results have.
+    void add_presentation(CLI::App &command)
+    {
+        command.add_flag("--json", presentation.json, "Print one JSON document");
+        CLI::Option *quiet = command.add_flag("-q,--quiet", presentation.quiet, "Print errors only");
+        command.add_flag("-v,--verbose", presentation.verbose, "Print every single thing")->excludes(quiet);
+    }
+
+    void add_info()
+    {
+        CLI::App &command = *app.add_subcommand(
+            "info", "Describe files: format, keywords, tags, bounding box, ranges of solutions");
+        command.add_option("FILE", files, "Mesh or solution files")->required();
+        command.callback([this] { status = info(files); });
+    }
+
+    void add_stats()
+    {
+        CLI::App &command = *app.add_subcommand("stats", "Report on the quality and topology of meshes");
+        command.add_option("FILE", files, "Mesh files")->required();
+        command.add_option("--valid", name, "Report one key per line, as VALID.NAME.<key> = <value>")
+            ->type_name("NAME")
+            ->check(refused(against_empty));
+        command.callback([this] { status = stats(files, name); });
+    }
+
+    void add_sizes()
+    {
+        CLI::App &command =
+            *app.add_subcommand("sizes", "Compare the edges of a mesh with the sizes that a size map wants");
+        command.add_option("MESH", input, "The mesh file")->required();
+        command.add_option("SOL", solution, "The solution file: one size per vertex")->required();
+        command.callback([this] { status = sizes(input, solution); });
+    }
+
+    void add_check()
+    {
+        CLI::App &command = *app.add_subcommand(
+            "check", "Give a verdict on meshes: soundness of elements, and limits on their measures");
+        command.add_option("FILE", checked.files, "Mesh files")->required();
+        command
+            .add_option("--limit", checked.limits,
+                "What every element has to keep to, as 'triangle.aspect_ratio<=10'; may be repeated")
+            ->type_name("LIMIT")
+            ->allow_extra_args(false);
+        command.add_option("--limits", checked.limits_file, "Read limits, one in a line; # opens a comment")
+            ->type_name("FILE");
+        command.add_option("--bad-ids", checked.bad_ids, "Write the findings: kind, number, finding")
+            ->type_name("OUT");
+        command.add_option("--bad", checked.bad, "Write the bad entities with all measures (.vtu)")
+            ->type_name("OUT")
+            ->check(refused(against_other_than_grids));
+        add_presentation(command);
+        command.callback([this] {
+            if (checked.files.size() > 1 && !(checked.bad_ids.empty() && checked.bad.empty()))
+                throw CLI::ValidationError("--bad and --bad-ids", "need a single FILE");
+            status = check(checked, presentation);
+        });
+    }
+
+    void add_convert()
+    {
+        CLI::App &command =
+            *app.add_subcommand("convert", "Write a mesh in another encoding, or as NASTRAN bulk data");
+        command.add_option("IN", input, "The mesh file to read")->required();
+        command.add_option("OUT", output, "The mesh file to write; its extension chooses the format")
+            ->required()
+            ->check(refused(against_other_than_mesh_files));
+        command.callback([this] { status = convert(input, output); });
+    }
+
+    CLI::App app{
+        "Describes, judges and converts mesh files (.mesh, .meshb) and solutions on them (.sol, .solb).",
+        "korvane"};
     std::vector<std::string> files;
     std::string name, input, solution, output;
+    CheckOptions checked;
+    Presentation presentation;
     int status = done;
-
-    CLI::App *info_command = app.add_subcommand(
-        "info", "Describe files: format, keywords, tags, bounding box, ranges of solutions");
-    info_command->add_option("FILE", files, "Mesh or solution files")->required();
-    info_command->callback([&] { status = info(files); });
-
-    CLI::App *stats_command = app.add_subcommand("stats", "Report on the quality and topology of meshes");
-    stats_command->add_option("FILE", files, "Mesh files")->required();
-    stats_command->add_option("--valid", name, "Report one key per line, as VALID.NAME.<key> = <value>")
-        ->type_name("NAME")
-        ->check(
-            CLI::Validator([](const std::string &text) { return text.empty() ? "NAME is empty" : ""; }, ""));
-    stats_command->callback([&] { status = stats(files, name); });
-
-    CLI::App *sizes_command =
-        app.add_subcommand("sizes", "Compare the edges of a mesh with the sizes that a size map wants");
-    sizes_command->add_option("MESH", input, "The mesh file")->required();
-    sizes_command->add_option("SOL", solution, "The solution file: one size per vertex")->required();
-    sizes_command->callback([&] { status = sizes(input, solution); });
-
-    CLI::App *convert_command =
-        app.add_subcommand("convert", "Write a mesh in another encoding, or as NASTRAN bulk data");
-    convert_command->add_option("IN", input, "The mesh file to read")->required();
-    convert_command->add_option("OUT", output, "The mesh file to write; its extension chooses the format")
-        ->required()
-        ->check(CLI::Validator(
-            [](const std::string &file) {
-                return can_be_written(file) ? "" : file + ": cannot be written; use .mesh, .meshb or .bdf";
-            },
-            ""));
-    convert_command->callback([&] { status = convert(input, output); });
-
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success &success) {
-        app.exit(success);
-    } catch (const CLI::ParseError &error) {
-        app.exit(error);
-        return wrong_usage;
-    }
-    return after_flush(status);
-}
+};
 
 } // namespace
 
 int main(int argc, char **argv)
 {
     try {
-        return run(argc, argv);
+        return CommandLine().run(argc, argv);
     } catch (const std::exception &problem) {
         std::fprintf(stderr, "korvane: %s\n", problem.what());
         return file_problem;

@@ -36,6 +36,13 @@ bool is_bulk_data(const std::string &file)
     return file.ends_with(".bdf");
 }
 
+/// False, as `complain`.
+bool Session::tell(const std::string &text)
+{
+    problem = text;
+    return complain(subject, text);
+}
+
 /// False after it was told that there is no such file.
 bool Session::starts_on(const std::string &file)
 {
@@ -43,8 +50,7 @@ bool Session::starts_on(const std::string &file)
     struct stat status;
     if (stat(file.c_str(), &status) == 0)
         return true;
-    complain(file, std::strerror(errno));
-    return false;
+    return tell(std::strerror(errno));
 }
 
 Mesh Session::read(const std::string &file)
@@ -64,10 +70,11 @@ bool Session::write(const korvane_mesh_t *mesh, const std::string &file, const s
     return write_file(mesh, file.c_str()) == STATUS_OK;
 }
 
-void Session::complain(const std::string &file, const std::string &text)
+bool Session::complain(const std::string &file, const std::string &text)
 {
     std::fflush(stdout);
     std::fprintf(stderr, "korvane: %s: %s\n", file.c_str(), text.c_str());
+    return false;
 }
 
 korvane_status_t Session::receive(korvane_message_t *message, void *session)
@@ -79,7 +86,7 @@ korvane_status_t Session::receive(korvane_message_t *message, void *session)
     if (number == 0)
         std::fputs(text, stdout);
     else
-        complain(static_cast<Session *>(session)->subject, without_function(text));
+        static_cast<Session *>(session)->tell(without_function(text));
     return STATUS_OK;
 }
 

@@ -10,7 +10,7 @@
 namespace korvane::tools {
 
 /// The exit statuses of the command.
-enum Exit { done = 0, file_problem = 1, wrong_usage = 2 };
+enum Exit { done = 0, file_problem = 1, wrong_usage = 2, unreadable = 3 };
 
 struct Delete {
     void operator()(korvane_context_t *context) const { korvane_context_delete(context); }
@@ -39,15 +39,20 @@ class Session {
     /// names `shown` rather than `file`.
     bool write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown);
 
-    /// Tells on standard error what is wrong with a file.
-    static void complain(const std::string &file, const std::string &text);
+    /// Tells on standard error what is wrong with a file. False, for callers that give up.
+    static bool complain(const std::string &file, const std::string &text);
+
+    /// What was last wrong with a file that was to be read or written.
+    [[nodiscard]] const std::string &last_problem() const { return problem; }
 
   private:
+    bool tell(const std::string &text);
     bool starts_on(const std::string &file);
     static korvane_status_t receive(korvane_message_t *message, void *session);
 
     std::unique_ptr<korvane_context_t, Delete> context;
     std::string subject; // the file that errors are about
+    std::string problem;
 };
 
 } // namespace korvane::tools

@@ -54,6 +54,9 @@ def files_complaints(completion: str) -> list[str]:
         ("stats", "--valid", ""): set(),
         ("sizes", ""): meshes,
         ("sizes", "a.mesh", ""): {"c.sol", "d.solb", "g"},
+        ("check", "a.mesh", ""): meshes,
+        ("check", "--limit", ""): set(),
+        ("check", "--bad", "a.mesh", ""): meshes,
         ("convert", "b"): {"b.meshb"},
         ("convert", "a.mesh", ""): meshes | {"e.bdf"},
     }

@@ -15,18 +15,25 @@ _korvane() {
     local options='-h --help'
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "info stats sizes convert $options --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "info stats sizes check convert $options --version" -- "$word")
         return
     fi
-    if [ "$subcommand" = stats ]; then options+=' --valid'; fi
-    if [ "$previous" = --valid ]; then return; fi
+    case $subcommand in
+    stats) options+=' --valid' ;;
+    check) options+=' --limit --limits --bad-ids --bad --json -q --quiet -v --verbose' ;;
+    esac
+    case $previous in
+    --valid | --limit) return ;;
+    --limits | --bad-ids) compopt -o default; return ;;
+    --bad) _korvane_files vtu; return ;;
+    esac
     if [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         return
     fi
     case $subcommand:$COMP_CWORD in
     info:*) _korvane_files mesh meshb sol solb ;;
-    stats:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
+    stats:* | check:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
     sizes:3) _korvane_files sol solb ;;
     convert:3) _korvane_files mesh meshb bdf ;;
     esac

@@ -1,0 +1,41 @@
+#!/usr/bin/env python3
+"""Validates the JSON documents of the command against their schemas.
+
+check_documents.py COMMAND SCHEMAS MESH
+"""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import jsonschema
+
+BAD = "MeshVersionFormatted 2 Dimension 3 Vertices 4 0 0 0 1 1 0 0 1 0 1 0 2 9 9 9 2 Triangles 1 1 2 3 7 End"
+
+
+def runs(mesh):
+    """Command lines, their exit statuses and the number of their results."""
+    yield ["check", mesh, "bad.mesh", "missing.mesh"], 3, 3
+    yield ["check", "-v", "bad.mesh", "--limit", "triangle.angle<1"], 1, 1
+
+
+def main():
+    command, schemas, mesh = map(pathlib.Path, sys.argv[1:])
+    seen = set()
+    with tempfile.TemporaryDirectory() as folder:
+        pathlib.Path(folder, "bad.mesh").write_text(BAD)
+        for line, status, results in runs(mesh):
+            run = subprocess.run([command, *line, "--json"], cwd=folder, text=True, capture_output=True)
+            assert run.returncode == status, (line, run)
+            document = json.loads(run.stdout)
+            schema = json.loads((schemas / f"{line[0]}.json").read_text())
+            jsonschema.Draft202012Validator.check_schema(schema)
+            jsonschema.validate(document, schema, jsonschema.Draft202012Validator)
+            assert document["status"] == status and len(document["results"]) == results, (line, document)
+            seen.add(line[0])
+    assert seen == {path.stem for path in schemas.iterdir()}, seen
+
+
+main()
