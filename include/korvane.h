@@ -734,26 +734,30 @@ KORVANE_API korvane_mesh_t *korvane_mesh_new_in_memory(korvane_context_t *contex
 /* ----------------------------------------------------------------------------------------------------
  * Mesh files
  *
- * GMF mesh files, text (".mesh") or binary (".meshb") by the end of their name. A file holds vertices, edges,
- * triangles, quadrilaterals, tetrahedra, hexahedra and pyramids with one tag each, and the lists of required
- * vertices, edges, triangles and quadrilaterals. Other keywords are passed over by the reader and never
- * written.
+ * GMF mesh files, text (".mesh") or binary (".meshb") by the end of their name; a name that ends otherwise,
+ * or that has more than 1016 characters, cannot be opened. A file holds vertices, edges, triangles,
+ * quadrilaterals, tetrahedra, hexahedra and pyramids with one tag each, and the lists of required vertices,
+ * edges, triangles and quadrilaterals. Other keywords are passed over by the reader and never written.
  *
- * Failures are reported as messages on the context, whose number is the status.
+ * Failures are reported as messages on the context, whose number is a status.
  * -------------------------------------------------------------------------------------------------- */
 
 /**
- * Writes any mesh to a file, in double precision. A count that cannot be read counts as 0, a tag or required
- * flag that cannot be read as 0. STATUS_ERROR, and a message, if the file cannot be opened or written
- * completely, if the mesh does not fit the format (positions in a binary file are 32 bits), or if vertices
- * cannot be read. A null `file_name` is a file that cannot be opened.
+ * Writes any mesh to a file, in double precision. A count, tag or required flag that cannot be read counts as
+ * 0. STATUS_ERROR, and a message, if the file cannot be opened or written completely, if the mesh does not
+ * fit the format (positions in a binary file are 32 bits), or if the coordinates of a vertex or the vertices
+ * of an element cannot be read; the file then ends before that vertex or element. STATUS_ERROR alone for a
+ * null mesh. A null `file_name` is a file that cannot be opened.
+ *
+ * Kept on purpose: the message about coordinates has the status of their callback as its number.
  */
 KORVANE_API korvane_status_t korvane_mesh_write_mesh(const korvane_mesh_t *mesh, const char *file_name);
 
 /**
  * Reads a file of three dimensions into a new in-memory mesh, or returns null after a message. What a
- * truncated file lacks reads as zeros. Vertex indices are not compared with the number of vertices. A null
- * `file_name` is a file that cannot be opened. The context must not be null (not checked).
+ * truncated file lacks reads as zeros. Vertex indices are not compared with the number of vertices; indices
+ * in the lists of required entities that are not those of an entity are passed over. A null `file_name` is a
+ * file that cannot be opened. The context must not be null (not checked).
  */
 KORVANE_API korvane_mesh_t *korvane_mesh_new_read_mesh(korvane_context_t *context, const char *file_name);
 
@@ -777,7 +781,10 @@ enum korvane_sizemap_type_e {
     KORVANE_SIZEMAP_ISO_MESH_VERTEX = 4 /**< the same size in all directions, per vertex of a mesh */
 };
 
-/** Writes into `size`, a zero, the size wanted at a vertex of the mesh, numbered from 1. */
+/**
+ * Writes the size wanted at a vertex of the mesh, numbered from 1, into `size`, one value. When a file is
+ * written, that is 0 if the callback leaves it as it is.
+ */
 typedef korvane_status_t (*korvane_sizemap_function_t)(int32_t vertex, double *size, void *user_data);
 
 /**
@@ -825,18 +832,20 @@ KORVANE_API korvane_status_t korvane_sizemap_iso_mesh_vertex_get_size(
 
 /**
  * Writes a size map of type KORVANE_SIZEMAP_ISO_MESH_VERTEX to a solution file, in double precision: one size
- * per vertex of its mesh, which must still exist (not checked). If the callback fails for a vertex, the file
- * ends there, and its status is returned. STATUS_ERROR, and messages on the context, for other types, or if
- * the file cannot be opened or written completely; STATUS_ERROR alone for a null size map.
+ * per vertex of its mesh, which must still exist (not checked). If the mesh cannot tell its number of
+ * vertices, or if the callback fails for a vertex, the file ends there, and that status is returned after a
+ * message. STATUS_ERROR, and one or two messages on the context, for other types, and if the file cannot be
+ * opened (null is no name) or written completely; STATUS_ERROR alone for a null size map.
  */
 KORVANE_API korvane_status_t korvane_sizemap_write_sol(
     const korvane_sizemap_t *sizemap, const char *file_name);
 
 /**
  * Reads a solution file into a new size map of type KORVANE_SIZEMAP_ISO_MESH_VERTEX on a mesh, or returns
- * null, after a message if there is a context to send it to and memory did not run out. The file must hold
- * one scalar for each vertex of the mesh. What a truncated file lacks reads as zeros, and so do all sizes of
- * a text file of version 3. The dimension of the file is not compared with the mesh.
+ * null, after a message unless the mesh is null or memory for the sizes runs out. The file must hold one
+ * scalar for each vertex of the mesh, and nothing else for them. What a truncated file lacks reads as zeros,
+ * and so do all sizes of a text file of version 3. The dimension of the file is not compared with the mesh. A
+ * null `file_name` is no file. The sizes belong to the size map.
  *
  * Kept on purpose: the messages have the prefixes and words of other operations.
  */
