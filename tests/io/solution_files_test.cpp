@@ -166,6 +166,9 @@ TEST_F(SolutionFiles, AMeshThatCannotCountIsReported)
     const std::string name = folder.write("r.sol", text_head + "SolAtVertices 1 1 1 5");
     EXPECT_EQ(korvane_sizemap_new_read_sol(mesh, name.c_str()), nullptr);
     expect_messages({{17, "Error accessing associated mesh for solution file reading.\n"}});
+    const std::string empty = folder.write("empty.sol", text_head); // which is looked at first
+    EXPECT_EQ(korvane_sizemap_new_read_sol(mesh, empty.c_str()), nullptr);
+    expect_messages({{-1, "Unsupported unknown sizemap type for solution file reading.\n"}});
 }
 
 TEST_F(SolutionFiles, AFailingSizeStopsTheFileWithItsStatus)

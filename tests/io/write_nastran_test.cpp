@@ -1,6 +1,9 @@
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
+#include <iterator>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -109,6 +112,52 @@ TEST_F(WriteNastran, CoordinatesThatAreNoNumbersAreWrittenAsPrintfDoes)
                                     "GRID*                  1               0"
                                     "             INF            -INF*\n*                    NAN\n" +
                                     end);
+}
+
+/// A card as printf writes it.
+template <class... Values>
+std::string printed(const char *format, Values... values)
+{
+    char text[256];
+    std::snprintf(text, sizeof text, format, values...);
+    return text;
+}
+
+TEST_F(WriteNastran, ManyEntitiesAreWrittenAsByPrintf)
+{
+    std::mt19937 random(1);
+    const auto random_integer = [&] {
+        return static_cast<int32_t>(random() % 99'999'999) >> (random() % 27);
+    };
+    MeshContent content;
+    std::string expected = head;
+    for (int32_t vertex = 1; vertex <= 1500; ++vertex) { // several blocks of each kind
+        double xyz[3];
+        for (double &value : xyz)
+            value = std::ldexp(static_cast<int32_t>(random()), static_cast<int>(random() % 80) - 60);
+        expected += printed(
+            "GRID*   %16d               0%16.8E%16.8E*\n*       %16.8E\n", vertex, xyz[0], xyz[1], xyz[2]);
+        content.entities[0].coordinates.insert(
+            content.entities[0].coordinates.end(), std::begin(xyz), std::end(xyz));
+        content.entities[0].tags.push_back(random_integer());
+        content.entities[0].required.push_back(1);
+    }
+    int32_t element = 0;
+    const char *const cards[] = {"CBAR", "CTRIA3", "CQUAD4", "CTETRA", "CHEXA"};
+    for (std::size_t kind = 1; kind <= std::size(cards); ++kind) {
+        EntityContent &entity = content.entities[kind];
+        for (int i = 0; i < 1100; ++i) {
+            entity.tags.push_back(i % 50 == 0 ? INT32_MIN + i : random_integer());
+            entity.required.push_back(0);
+            expected += printed("%s  %8d%8d", cards[kind - 1], ++element, entity.tags.back());
+            for (std::size_t j = 0; j < vertices_per_element(kind); ++j) {
+                entity.vertices.push_back(random_integer());
+                expected += printed("%8d", entity.vertices.back());
+            }
+            expected += '\n';
+        }
+    }
+    EXPECT_TRUE(written(content) == expected + end);
 }
 
 TEST_F(WriteNastran, PyramidsAreNotWritten)
