@@ -68,6 +68,11 @@ def links_complaints(page: str, folder: pathlib.Path) -> list[str]:
     return [f"link to {target}, which is not there" for target in sorted(targets) if not (folder / target).exists()]
 
 
+def lines_of(text: str) -> list[str]:
+    """The lines without the blanks at their ends, which a page should not have."""
+    return [line.rstrip() for line in text.splitlines()]
+
+
 def run_program(
     program: Program, compile_command: list[str], libraries: list[str], folder: pathlib.Path, any_output: bool
 ) -> list[str]:
@@ -82,10 +87,9 @@ def run_program(
     found = []
     if run.returncode != 0 or run.stderr:
         found.append(f"line {program.line}: exit status {run.returncode}\n{run.stderr}")
-    if not any_output and run.stdout != (program.shown or ""):
-        lines = difflib.unified_diff(
-            (program.shown or "").splitlines(), run.stdout.splitlines(), "shown", "printed", lineterm=""
-        )
+    shown, printed = lines_of(program.shown or ""), lines_of(run.stdout)
+    if not any_output and shown != printed:
+        lines = difflib.unified_diff(shown, printed, "shown", "printed", lineterm="")
         found.append(f"line {program.line}: prints something else\n" + "\n".join(lines))
     return found
 
