@@ -28,6 +28,10 @@ struct CheckOptions {
 /// Gives a verdict on meshes.
 int check(const CheckOptions &options, const Presentation &presentation);
 
+/// Compares two meshes; coordinates may differ by the tolerance.
+int diff(
+    const std::string &first, const std::string &second, double tolerance, const Presentation &presentation);
+
 /// Writes a mesh file in another encoding or format, and tells what it does not carry over.
 int convert(const std::string &input, const std::string &output);
 

@@ -1,5 +1,6 @@
 // The korvane command: describes, judges and converts mesh files.
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
@@ -43,20 +44,25 @@ std::string against_other_than_grids(const std::string &file)
     return file.ends_with(".vtu") ? "" : file + ": cannot be written; use .vtu";
 }
 
+std::string against_other_than_distances(const std::string &text)
+{
+    return std::strtod(text.c_str(), nullptr) >= 0 ? "" : text + ": is no distance";
+}
+
 /// The words of the command, and what they lead to.
 class CommandLine {
   public:
     CommandLine()
     {
         app.set_version_flag("--version", "korvane " KORVANE_VERSION);
-        app.footer(
-            "Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check: 0 valid, 1 findings,\n"
-            "2 wrong usage, 3 a file cannot be read or written.");
+        app.footer("Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check and diff: 0 valid\n"
+                   "or equal, 1 findings or differences, 2 wrong usage, 3 a file cannot be read or written.");
         app.require_subcommand(1);
         add_info();
         add_stats();
         add_sizes();
         add_check();
+        add_diff();
         add_convert();
     }
 
@@ -134,6 +140,18 @@ class CommandLine {
         });
     }
 
+    void add_diff()
+    {
+        CLI::App &command = *app.add_subcommand("diff", "Compare two meshes, entity by entity");
+        command.add_option("A", input, "A mesh file")->required();
+        command.add_option("B", output, "The mesh file to compare it with")->required();
+        command.add_option("--tolerance", tolerance, "By how much coordinates may differ")
+            ->type_name("T")
+            ->check(refused(against_other_than_distances));
+        add_presentation(command);
+        command.callback([this] { status = diff(input, output, tolerance, presentation); });
+    }
+
     void add_convert()
     {
         CLI::App &command =
@@ -150,6 +168,7 @@ class CommandLine {
         "korvane"};
     std::vector<std::string> files;
     std::string name, input, solution, output;
+    double tolerance = 0;
     CheckOptions checked;
     Presentation presentation;
     int status = done;

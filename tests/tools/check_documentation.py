@@ -57,6 +57,8 @@ def files_complaints(completion: str) -> list[str]:
         ("check", "a.mesh", ""): meshes,
         ("check", "--limit", ""): set(),
         ("check", "--bad", "a.mesh", ""): meshes,
+        ("diff", "a.mesh", ""): meshes,
+        ("diff", "--tolerance", ""): set(),
         ("convert", "b"): {"b.meshb"},
         ("convert", "a.mesh", ""): meshes | {"e.bdf"},
     }

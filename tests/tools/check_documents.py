@@ -20,6 +20,10 @@ def runs(mesh):
     yield ["check", mesh, "bad.mesh", "missing.mesh"], 3, 3
     yield ["check", "-v", "bad.mesh", "--limit", "triangle.angle<1"], 1, 1
 
+    yield ["diff", mesh, mesh], 0, 1
+    yield ["diff", mesh, "bad.mesh", "--tolerance", "0.5"], 1, 1
+    yield ["diff", "missing.mesh", "bad.mesh"], 3, 1
+
 
 def main():
     command, schemas, mesh = map(pathlib.Path, sys.argv[1:])

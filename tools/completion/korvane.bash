@@ -15,15 +15,16 @@ _korvane() {
     local options='-h --help'
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "info stats sizes check convert $options --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "info stats sizes check diff convert $options --version" -- "$word")
         return
     fi
     case $subcommand in
     stats) options+=' --valid' ;;
     check) options+=' --limit --limits --bad-ids --bad --json -q --quiet -v --verbose' ;;
+    diff) options+=' --tolerance --json -q --quiet -v --verbose' ;;
     esac
     case $previous in
-    --valid | --limit) return ;;
+    --valid | --limit | --tolerance) return ;;
     --limits | --bad-ids) compopt -o default; return ;;
     --bad) _korvane_files vtu; return ;;
     esac
@@ -33,7 +34,7 @@ _korvane() {
     fi
     case $subcommand:$COMP_CWORD in
     info:*) _korvane_files mesh meshb sol solb ;;
-    stats:* | check:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
+    stats:* | check:* | diff:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
     sizes:3) _korvane_files sol solb ;;
     convert:3) _korvane_files mesh meshb bdf ;;
     esac
