@@ -7,7 +7,7 @@ program before it prints. All programs of a page run in one folder, one after th
 what an earlier one wrote; the folder starts with spindle.mesh. Other blocks are passed over.
 
 Complaints: a program that does not compile, fails, or prints something else than the page shows; a text block without a
-program; a link to a file that does not exist; a page that is not listed in README.md of its folder.
+program; a link to a file that does not exist; a file of the folder that the page should have a link to.
 """
 
 import argparse
@@ -113,18 +113,16 @@ def page_complaints(
     return found
 
 
-def folder_complaints(folder: pathlib.Path, tested: set[str]) -> list[str]:
-    """Every page is tested and listed in README.md of the folder."""
-    listed = set(LINK.findall((folder / "README.md").read_text()))
-    found = []
-    for page in sorted(folder.glob("*.md")):
-        if page.name not in tested:
-            found.append(f"{page.name} is not tested")
-        if page.name != "README.md" and page.name not in listed:
-            found.append(f"{page.name} is not listed in README.md")
-        if len(page.read_text().splitlines()) > 200:
-            found.append(f"{page.name} is too long for a short guide")
-    return found
+def listing_complaints(page: pathlib.Path, pattern: str) -> list[str]:
+    """Files beside the page that match the pattern and that it has no link to."""
+    linked = set(LINK.findall(page.read_text())) | {page.name}
+    names = sorted(file.name for file in page.parent.glob(pattern))
+    return [f"{name} is not listed" for name in names if name not in linked]
+
+
+def untested(folder: pathlib.Path, tested: set[str]) -> list[str]:
+    pages = {page.name for page in folder.glob("*.md")}
+    return [f"{name} is not tested" for name in sorted(pages - tested)]
 
 
 def self_test(compile_command: list[str], libraries: list[str]) -> list[str]:
@@ -149,6 +147,9 @@ def self_test(compile_command: list[str], libraries: list[str]) -> list[str]:
             page.write_text(text)
             if bool(page_complaints(page, compile_command, libraries, [])) != is_wrong:
                 found.append(f"self-test: {title} was judged wrongly")
+        pathlib.Path(name, "other.md").touch()
+        if not listing_complaints(page, "*.md") or not untested(page.parent, {page.name}):
+            found.append("self-test: a page that is not listed or tested was not found")
     return found
 
 
@@ -161,8 +162,8 @@ def main() -> int:
     parser.add_argument("--files", type=pathlib.Path, nargs="*", default=[])
     parser.add_argument("--page", type=pathlib.Path)
     parser.add_argument("--any-output", action="store_true", help="the page does not show what its programs print")
-    parser.add_argument("--folder", type=pathlib.Path)
-    parser.add_argument("--tested", nargs="*", default=[])
+    parser.add_argument("--lists", metavar="PATTERN", help="the page has links to all such files beside it")
+    parser.add_argument("--tested", nargs="*", default=[], help="all pages of the folder, by name")
     parser.add_argument("--self-test", action="store_true")
     options = parser.parse_args()
     compile_command = [options.compiler, *options.flags.split(), "-std=c99", "-pedantic", "-Wall", "-Wextra", "-Werror"]
@@ -173,8 +174,10 @@ def main() -> int:
         found += self_test(compile_command, libraries)
     if options.page:
         found += page_complaints(options.page, compile_command, libraries, options.files, options.any_output)
-    if options.folder:
-        found += folder_complaints(options.folder, set(options.tested))
+    if options.lists:
+        found += listing_complaints(options.page, options.lists)
+    if options.tested:
+        found += untested(options.page.parent, set(options.tested))
     print("\n".join(found) or "as shown")
     return 1 if found else 0
 
