@@ -10,6 +10,7 @@
 #include <korvane.h>
 
 #include "io/bytes.h"
+#include "io/gmf.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
@@ -143,6 +144,12 @@ TEST_F(SolutionFiles, ANullSizeMapOrNameIsRefused)
     Sizes sizes{{0.5}};
     EXPECT_EQ(korvane_sizemap_write_sol(sizemap_of(sizes), nullptr), STATUS_ERROR);
     expect_messages({{-1, "Error using provided NULL name for solution file writing.\n"}, closing_failed});
+    const int32_t other = gmf_open_file(folder.name("other.sol").c_str(), gmf_write_mode, 2, 3);
+    EXPECT_EQ(korvane_sizemap_write_sol(sizemap_of(sizes), nullptr), STATUS_ERROR);
+    EXPECT_NE(gmf_find_file(other), nullptr); // no other file is closed in its place
+    EXPECT_EQ(gmf_close_file(other), 1);
+    EXPECT_EQ(written("other.sol"), text_head + "\nEnd\n");
+    context.messages.clear();
 }
 
 TEST_F(SolutionFiles, AFileThatCannotBeOpenedIsReportedTwiceByTheWriter)

@@ -272,6 +272,17 @@ TEST_F(WriteServedNastran, AsksForEntitiesOneByOneAndForNoFlags)
     EXPECT_EQ(context.text(), "");
 }
 
+TEST_F(WriteServedNastran, CountsThatAreLeftOutAreZero)
+{
+    const auto leave_out = [](int32_t *, void *) { return korvane_status_t{STATUS_OK}; };
+    served.serve_vertices(mesh);
+    served.serve_edges(mesh);
+    korvane_mesh_set_get_vertex_count(mesh, leave_out, &served);
+    korvane_mesh_set_get_edge_count(mesh, leave_out, &served);
+    EXPECT_EQ(write(mesh), STATUS_OK);
+    EXPECT_EQ(file(), head + end);
+}
+
 TEST_F(WriteServedNastran, FailingTagsAreZero)
 {
     served.count = 2;
