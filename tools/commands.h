@@ -32,8 +32,9 @@ int check(const CheckOptions &options, const Presentation &presentation);
 int diff(
     const std::string &first, const std::string &second, double tolerance, const Presentation &presentation);
 
-/// Writes a mesh file in another encoding or format, and tells what it does not carry over.
-int convert(const std::string &input, const std::string &output);
+/// Writes a mesh file in other encodings or formats, and tells what they do not carry over.
+int convert(
+    const std::string &input, const std::vector<std::string> &outputs, const Presentation &presentation);
 
 /// True for a file name that convert can write.
 bool can_be_written(const std::string &file);

@@ -36,7 +36,7 @@ std::string against_empty(const std::string &text)
 
 std::string against_other_than_mesh_files(const std::string &file)
 {
-    return can_be_written(file) ? "" : file + ": cannot be written; use .mesh, .meshb or .bdf";
+    return can_be_written(file) ? "" : file + ": cannot be written; use .mesh, .meshb, .bdf, .vtu or .stl";
 }
 
 std::string against_other_than_grids(const std::string &file)
@@ -154,13 +154,15 @@ class CommandLine {
 
     void add_convert()
     {
-        CLI::App &command =
-            *app.add_subcommand("convert", "Write a mesh in another encoding, or as NASTRAN bulk data");
+        CLI::App &command = *app.add_subcommand("convert", "Write a mesh in other encodings and formats");
         command.add_option("IN", input, "The mesh file to read")->required();
-        command.add_option("OUT", output, "The mesh file to write; its extension chooses the format")
+        command
+            .add_option("OUT", files,
+                "The files to write; their extensions choose the formats: .mesh, .meshb, .bdf, .vtu, .stl")
             ->required()
             ->check(refused(against_other_than_mesh_files));
-        command.callback([this] { status = convert(input, output); });
+        add_presentation(command);
+        command.callback([this] { status = convert(input, files, presentation); });
     }
 
     CLI::App app{

@@ -38,7 +38,7 @@ COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
 _korvane
 printf '%s\\n' "${{COMPREPLY[@]}}" """
     with tempfile.TemporaryDirectory() as folder:
-        for name in ("a.mesh", "b.meshb", "c.sol", "d.solb", "e.bdf", "f.txt"):
+        for name in ("a.mesh", "b.meshb", "c.sol", "d.solb", "e.bdf", "f.txt", "h.vtu", "i.stl"):
             pathlib.Path(folder, name).touch()
         pathlib.Path(folder, "g").mkdir()
         shell = ["bash", "--norc", "-c", script, "bash", *words]
@@ -60,7 +60,9 @@ def files_complaints(completion: str) -> list[str]:
         ("diff", "a.mesh", ""): meshes,
         ("diff", "--tolerance", ""): set(),
         ("convert", "b"): {"b.meshb"},
-        ("convert", "a.mesh", ""): meshes | {"e.bdf"},
+        ("convert", "a.mesh", ""): meshes | {"e.bdf", "h.vtu", "i.stl"},
+        ("convert", "a.mesh", "b.meshb", ""): meshes | {"e.bdf", "h.vtu", "i.stl"},
+        ("check", "--bad", ""): {"h.vtu", "g"},
     }
     return [
         f"completion of {words}: {sorted(offered)} instead of {sorted(wanted)}"

@@ -24,6 +24,10 @@ def runs(mesh):
     yield ["diff", mesh, "bad.mesh", "--tolerance", "0.5"], 1, 1
     yield ["diff", "missing.mesh", "bad.mesh"], 3, 1
 
+    yield ["convert", mesh, "a.meshb", "b.vtu", "c.stl"], 0, 3
+    yield ["convert", mesh, "missing/a.meshb", "b.vtu"], 1, 2
+    yield ["convert", "missing.mesh", "b.vtu"], 1, 1
+
 
 def main():
     command, schemas, mesh = map(pathlib.Path, sys.argv[1:])

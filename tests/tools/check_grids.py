@@ -6,6 +6,7 @@ check_grids.py COMMAND
 
 import math
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
@@ -21,9 +22,36 @@ End
 """
 
 
+def read_stl(path):
+    """The normals and corners of the triangles."""
+    data = path.read_bytes()
+    (count,) = struct.unpack_from("<I", data, 80)
+    assert len(data) == 84 + 50 * count
+    values = [struct.unpack_from("<12fH", data, 84 + 50 * i) for i in range(count)]
+    assert all(triangle[12] == 0 for triangle in values)
+    return [[triangle[at : at + 3] for at in (0, 3, 6, 9)] for triangle in values]
+
+
+def check_conversion(command, folder):
+    mesh, grid_file, surface = (pathlib.Path(folder, name) for name in ("b.mesh", "b.vtu", "b.stl"))
+    mesh.write_text(
+        "MeshVersionFormatted 2 Dimension 3 Vertices 5 0 0 0 1 1 0 0 2 1 1 0 3 0 1 0 4 0 0 1 5 "
+        "Edges 1 4 5 9 Triangles 1 1 5 2 6 Quadrilaterals 1 1 2 3 4 7 Pyramids 1 1 2 3 4 5 8 RequiredVertices 1 2 End"
+    )
+    subprocess.run([command, "convert", mesh, grid_file, surface], check=True, capture_output=True)
+    grid = vtu.read(grid_file)
+    assert grid["Cells"]["types"] == (3, 5, 9, 14) and grid["CellData"]["tag"] == (9, 6, 7, 8)
+    assert grid["Cells"]["points"] == [(3, 4), (0, 4, 1), (0, 1, 2, 3), (0, 1, 2, 3, 4)]
+    assert grid["PointData"]["required"] == (0, 1, 0, 0, 0) and len(grid["Points"]["Points"]) == 5
+    assert grid["CellData"]["planarity"][2] == 1 and math.isnan(grid["CellData"]["planarity"][1])
+    zero, x, y, z, xy = (0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1), (1, 1, 0)
+    assert read_stl(surface) == [[y, zero, z, x], [z, zero, x, xy], [z, zero, xy, y]], read_stl(surface)
+
+
 def main():
     command = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
+        check_conversion(command, folder)
         mesh, bad = pathlib.Path(folder, "a.mesh"), pathlib.Path(folder, "bad.vtu")
         mesh.write_text(MESH)
         run = subprocess.run([command, "check", mesh, "--bad", bad, "--limit", "triangle.angle<89"], capture_output=True)

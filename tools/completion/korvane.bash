@@ -21,6 +21,7 @@ _korvane() {
     case $subcommand in
     stats) options+=' --valid' ;;
     check) options+=' --limit --limits --bad-ids --bad --json -q --quiet -v --verbose' ;;
+    convert) options+=' --json -q --quiet -v --verbose' ;;
     diff) options+=' --tolerance --json -q --quiet -v --verbose' ;;
     esac
     case $previous in
@@ -36,7 +37,7 @@ _korvane() {
     info:*) _korvane_files mesh meshb sol solb ;;
     stats:* | check:* | diff:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
     sizes:3) _korvane_files sol solb ;;
-    convert:3) _korvane_files mesh meshb bdf ;;
+    convert:*) _korvane_files mesh meshb bdf vtu stl ;;
     esac
 }
 
