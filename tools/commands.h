@@ -9,13 +9,21 @@
 namespace korvane::tools {
 
 /// Describes files: format, keywords, tags, required entities, bounding box.
-int info(const std::vector<std::string> &files);
+int info(const std::vector<std::string> &files, const Presentation &presentation);
 
-/// Reports on meshes in readable form or, with a name that is not empty, in keyed form.
-int stats(const std::vector<std::string> &files, const std::string &name);
+struct StatsOptions {
+    std::vector<std::string> files;
+    std::string name; // of the keyed form; empty for the readable one
+    bool histogram = false;
+    bool by_tag = false;
+    std::size_t worst = 0; // how many elements
+};
+
+/// Reports on the quality and topology of meshes.
+int stats(const StatsOptions &options, const Presentation &presentation);
 
 /// Reports on a size map against the lengths of the edges of its mesh.
-int sizes(const std::string &mesh_file, const std::string &solution_file);
+int sizes(const std::string &mesh_file, const std::string &solution_file, const Presentation &presentation);
 
 struct CheckOptions {
     std::vector<std::string> files;

@@ -17,6 +17,7 @@ struct KindMeasure {
     std::string_view name; // as keyed reports have it: "aspect_ratio", "angles", "planarity"
     std::size_t width;     // values per element
     void (*measure)(const korvane_mesh_t *, uint32_t number, double *values);
+    double (*badness)(std::span<const double> values); // the higher the worse, infinite at most
 
     [[nodiscard]] std::string full_name() const { return kind->singular + ("." + std::string(name)); }
 };

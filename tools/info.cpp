@@ -17,119 +17,175 @@ namespace {
 
 constexpr std::size_t most_tags_shown = 20; // of one kind of entity
 
-void print_format(const std::string &file, const FileDescription &description)
+Json format_of(const FileDescription &description)
 {
     const bool little = (std::endian::native == std::endian::little) != description.foreign_byte_order;
-    std::printf("%s\n  format : %s, version %d (%s precision), %d dimensions\n", file.c_str(),
-        !description.binary ? "text" : (little ? "binary, little-endian" : "binary, big-endian"),
-        description.version, description.version == 1 ? "single" : "double", description.dimension);
-    std::printf("  keywords :\n");
+    Json keywords = Json::array();
     for (const KeywordBlock &block : description.blocks)
-        std::printf("    %-30s %10d%s\n", block.name.c_str(), block.count,
-            block.carried || block.solution ? "" : "  (not read)");
+        keywords.push_back(
+            {{"name", block.name}, {"count", block.count}, {"read", block.carried || block.solution}});
+    return {{"encoding", !description.binary ? "text"
+                         : little            ? "binary, little-endian"
+                                             : "binary, big-endian"},
+        {"version", description.version}, {"precision", description.version == 1 ? "single" : "double"},
+        {"dimension", description.dimension}, {"keywords", std::move(keywords)}};
 }
 
-void print_solutions(const std::string &file)
+Json range_of(double low, double high)
 {
+    return {{"low", low}, {"high", high}};
+}
+
+Json solutions_of(const std::string &file)
+{
+    Json solutions = Json::array();
     for (const Solution &solution : read_solutions(file)) {
-        std::string types;
+        Json types = Json::array(), ranges = Json::array();
         for (const int32_t type : solution.types)
-            types += (types.empty() ? "" : ", ") + name_of_type(type);
-        std::printf("  %s : %s; values per line : %zu\n", solution.keyword.c_str(),
-            types.empty() ? "no type" : types.c_str(), solution.ranges.size());
-        for (std::size_t i = 0; i < solution.ranges.size(); ++i)
-            std::printf(
-                "    value %zu : %.15g to %.15g\n", i + 1, solution.ranges[i].low, solution.ranges[i].high);
+            types.push_back(name_of_type(type));
+        for (const auto &[low, high] : solution.ranges)
+            ranges.push_back(range_of(low, high));
+        solutions.push_back(
+            {{"keyword", solution.keyword}, {"types", std::move(types)}, {"values", std::move(ranges)}});
     }
+    return solutions;
 }
 
-void print_bounding_box(const korvane_mesh_t *mesh)
+/// One range per axis; none without vertices.
+Json bounding_box_of(const korvane_mesh_t *mesh)
 {
-    int32_t count = 0;
-    korvane_mesh_get_vertex_count(mesh, &count);
-    if (count < 1)
-        return;
-    std::array<double, 3> low{HUGE_VAL, HUGE_VAL, HUGE_VAL}, high{-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-    for (int32_t vertex = 1; vertex <= count; ++vertex) {
-        std::array<double, 3> xyz{};
-        korvane_mesh_get_vertex_coordinates(mesh, vertex, xyz.data());
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            low[axis] = std::fmin(low[axis], xyz[axis]);
-            high[axis] = std::fmax(high[axis], xyz[axis]);
+    Json box = Json::array();
+    const int32_t count = count_of(vertex_kind(), mesh);
+    for (std::size_t axis = 0; count > 0 && axis < 3; ++axis) {
+        double low = HUGE_VAL, high = -HUGE_VAL;
+        for (int32_t vertex = 1; vertex <= count; ++vertex) {
+            const double value = position_of(mesh, vertex)[axis];
+            low = std::fmin(low, value);
+            high = std::fmax(high, value);
         }
+        box.push_back(range_of(low, high));
     }
-    std::printf("  bounding box :\n");
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        std::printf("    %c : %.15g to %.15g\n", "xyz"[axis], low[axis], high[axis]);
+    return box;
 }
 
-void print_required(const korvane_mesh_t *mesh)
+/// The kinds that the mesh has.
+Json entities_of(const korvane_mesh_t *mesh)
 {
-    for (const MeshKind &kind : mesh_kinds()) {
-        int32_t required = 0;
-        for (int32_t i = 1, count = count_of(kind, mesh); i <= count; ++i) {
-            int32_t flag = 0;
-            required += kind.get_required_status(mesh, i, &flag) == STATUS_OK && flag != 0;
-        }
-        if (required > 0)
-            std::printf("  required %s : %d\n", kind.plural, required);
-    }
-}
-
-void print_tags(const korvane_mesh_t *mesh)
-{
+    Json entities = Json::array();
     for (const MeshKind &kind : mesh_kinds()) {
         std::map<int32_t, int32_t> entities_by_tag;
-        for (int32_t i = 1, count = count_of(kind, mesh); i <= count; ++i) {
-            int32_t tag = 0;
-            kind.get_tag(mesh, i, &tag);
-            ++entities_by_tag[tag];
+        int32_t required = 0;
+        const int32_t count = count_of(kind, mesh);
+        for (int32_t i = 1; i <= count; ++i) {
+            ++entities_by_tag[tag_of(kind, mesh, i)];
+            required += is_required(kind, mesh, i);
         }
-        if (entities_by_tag.empty())
+        if (count == 0)
             continue;
-        std::printf("  tags of %s :\n", kind.plural);
-        std::size_t shown = 0;
-        for (const auto &[tag, entities] : entities_by_tag) {
-            if (shown++ == most_tags_shown) {
-                std::printf("    and %zu more tags\n", entities_by_tag.size() - most_tags_shown);
-                break;
-            }
-            std::printf("    %-10d %10d\n", tag, entities);
-        }
+        Json tags = Json::array();
+        for (const auto &[tag, tagged] : entities_by_tag)
+            tags.push_back({{"tag", tag}, {"count", tagged}});
+        entities.push_back(
+            {{"kind", kind.singular}, {"count", count}, {"required", required}, {"tags", std::move(tags)}});
     }
+    return entities;
 }
 
-bool describe(Session &session, const std::string &file)
+// A description as text
+
+void print_format(const std::string &file, const Json &format)
+{
+    std::printf("%s\n  format : %s, version %d (%s precision), %d dimensions\n  keywords :\n", file.c_str(),
+        text_of(format["encoding"]).c_str(), format["version"].get<int>(),
+        text_of(format["precision"]).c_str(), format["dimension"].get<int>());
+    for (const Json &block : format["keywords"])
+        std::printf("    %-30s %10d%s\n", text_of(block["name"]).c_str(), block["count"].get<int>(),
+            block["read"] ? "" : "  (not read)");
+}
+
+void print_solution(const Json &solution)
+{
+    std::string types;
+    for (const Json &type : solution["types"])
+        types += (types.empty() ? "" : ", ") + text_of(type);
+    const Json &values = solution["values"];
+    std::printf("  %s : %s; values per line : %zu\n", text_of(solution["keyword"]).c_str(),
+        types.empty() ? "no type" : types.c_str(), values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        std::printf("    value %zu : %.15g to %.15g\n", i + 1, values[i]["low"].get<double>(),
+            values[i]["high"].get<double>());
+}
+
+void print_tags(const Json &entities, std::size_t most)
+{
+    std::printf("  tags of %s :\n", find_kind(text_of(entities["kind"]))->plural);
+    const Json &tags = entities["tags"];
+    for (std::size_t i = 0; i < std::min(most, tags.size()); ++i)
+        std::printf("    %-10d %10d\n", tags[i]["tag"].get<int>(), tags[i]["count"].get<int>());
+    if (tags.size() > most)
+        std::printf("    and %zu more tags\n", tags.size() - most);
+}
+
+void print(const Json &record, const Presentation &presentation)
+{
+    print_format(text_of(record["file"]), record["format"]);
+    for (const Json &solution : record["solutions"])
+        print_solution(solution);
+    if (record.value("not_three_dimensional", false))
+        std::printf("  contents : not read, because they are not three-dimensional\n");
+    if (!record.contains("entities"))
+        return;
+    const Json &box = record["bounding_box"];
+    if (!box.empty())
+        std::printf("  bounding box :\n");
+    for (std::size_t axis = 0; axis < box.size(); ++axis)
+        std::printf("    %c : %.15g to %.15g\n", "xyz"[axis], box[axis]["low"].get<double>(),
+            box[axis]["high"].get<double>());
+    for (const Json &entities : record["entities"])
+        if (entities["required"] > 0)
+            std::printf("  required %s : %d\n", find_kind(text_of(entities["kind"]))->plural,
+                entities["required"].get<int>());
+    for (const Json &entities : record["entities"])
+        print_tags(entities, presentation.verbose ? SIZE_MAX : most_tags_shown);
+}
+
+bool describe(Session &session, Output &output, const std::string &file)
 {
     const std::optional<FileDescription> description = describe_file(file);
+    Json record = {{"file", file}};
     if (description)
-        print_format(file, *description);
-    if (description)
-        print_solutions(file);
-    if (description && description->solution)
-        return true;
-    if (description && description->dimension != 3) {
-        std::printf("  contents : not read, because they are not three-dimensional\n");
+        record.update({{"format", format_of(*description)}, {"solutions", solutions_of(file)}});
+    const bool is_flat = description && !description->solution && description->dimension != 3;
+    if (is_flat)
+        record["not_three_dimensional"] = true;
+    if (description && (description->solution || is_flat)) {
+        output.add(std::move(record));
         return true;
     }
     const Mesh mesh = session.read(file);
-    if (!mesh)
+    if (!mesh) {
+        record["problem"] = session.last_problem();
+        if (description)
+            output.add(std::move(record));
+        else
+            output.add_problem(file, session.last_problem());
         return false;
-    print_bounding_box(mesh.get());
-    print_required(mesh.get());
-    print_tags(mesh.get());
+    }
+    record.update({{"bounding_box", bounding_box_of(mesh.get())}, {"entities", entities_of(mesh.get())}});
+    output.add(std::move(record));
     return true;
 }
 
 } // namespace
 
-int info(const std::vector<std::string> &files)
+int info(const std::vector<std::string> &files, const Presentation &presentation)
 {
     Session session;
+    Output output("info", presentation, print);
     bool all_described = true;
     for (const std::string &file : files)
-        all_described &= describe(session, file);
-    return all_described ? done : file_problem;
+        all_described &= describe(session, output, file);
+    return output.finish(all_described ? done : file_problem);
 }
 
 } // namespace korvane::tools

@@ -1,4 +1,5 @@
 // The korvane command: describes, judges and converts mesh files.
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -93,17 +94,29 @@ class CommandLine {
         CLI::App &command = *app.add_subcommand(
             "info", "Describe files: format, keywords, tags, bounding box, ranges of solutions");
         command.add_option("FILE", files, "Mesh or solution files")->required();
-        command.callback([this] { status = info(files); });
+        add_presentation(command);
+        command.callback([this] { status = info(files, presentation); });
     }
 
     void add_stats()
     {
         CLI::App &command = *app.add_subcommand("stats", "Report on the quality and topology of meshes");
-        command.add_option("FILE", files, "Mesh files")->required();
-        command.add_option("--valid", name, "Report one key per line, as VALID.NAME.<key> = <value>")
-            ->type_name("NAME")
-            ->check(refused(against_empty));
-        command.callback([this] { status = stats(files, name); });
+        command.add_option("FILE", measured.files, "Mesh files")->required();
+        CLI::Option *keyed = command
+                                 .add_option("--valid", measured.name,
+                                     "Report one key per line, as VALID.NAME.<key> = <value>")
+                                 ->type_name("NAME")
+                                 ->check(refused(against_empty));
+        add_presentation(command);
+        command.add_flag("--histogram", measured.histogram, "Show how the values of each measure are spread")
+            ->excludes(keyed);
+        command.add_flag("--by-tag", measured.by_tag, "Report on the measures of each tag")->excludes(keyed);
+        command.add_option("--worst", measured.worst, "Show the worst elements by each measure")
+            ->type_name("N")
+            ->check(CLI::Range(1, INT32_MAX))
+            ->excludes(keyed);
+        keyed->excludes(command.get_option("--json"))->excludes(command.get_option("--quiet"));
+        command.callback([this] { status = stats(measured, presentation); });
     }
 
     void add_sizes()
@@ -112,7 +125,8 @@ class CommandLine {
             *app.add_subcommand("sizes", "Compare the edges of a mesh with the sizes that a size map wants");
         command.add_option("MESH", input, "The mesh file")->required();
         command.add_option("SOL", solution, "The solution file: one size per vertex")->required();
-        command.callback([this] { status = sizes(input, solution); });
+        add_presentation(command);
+        command.callback([this] { status = sizes(input, solution, presentation); });
     }
 
     void add_check()
@@ -169,8 +183,9 @@ class CommandLine {
         "Describes, judges and converts mesh files (.mesh, .meshb) and solutions on them (.sol, .solb).",
         "korvane"};
     std::vector<std::string> files;
-    std::string name, input, solution, output;
+    std::string input, solution, output;
     double tolerance = 0;
+    StatsOptions measured;
     CheckOptions checked;
     Presentation presentation;
     int status = done;

@@ -83,10 +83,13 @@ korvane_status_t Session::receive(korvane_message_t *message, void *session)
     const char *text = "";
     korvane_message_get_number(message, &number);
     korvane_message_get_description(message, &text);
-    if (number == 0)
-        std::fputs(text, stdout);
+    auto &self = *static_cast<Session *>(session);
+    if (number != 0)
+        self.tell(without_function(text));
+    else if (self.diverted != nullptr)
+        self.diverted->append(text);
     else
-        static_cast<Session *>(session)->tell(without_function(text));
+        std::fputs(text, stdout);
     return STATUS_OK;
 }
 

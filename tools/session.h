@@ -39,6 +39,9 @@ class Session {
     /// names `shown` rather than `file`.
     bool write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown);
 
+    /// Has reports appended to a text rather than printed, until null is given.
+    void divert(std::string *text) { diverted = text; }
+
     /// Tells on standard error what is wrong with a file. False, for callers that give up.
     static bool complain(const std::string &file, const std::string &text);
 
@@ -53,6 +56,7 @@ class Session {
     std::unique_ptr<korvane_context_t, Delete> context;
     std::string subject; // the file that errors are about
     std::string problem;
+    std::string *diverted = nullptr;
 };
 
 } // namespace korvane::tools

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "histogram.h"
 #include "mesh_kinds.h"
 #include "session.h"
 
@@ -35,64 +36,6 @@ std::vector<Edge> distinct_edges(const korvane_mesh_t *mesh)
     return edges;
 }
 
-struct Summary {
-    double low = HUGE_VAL;
-    double high = -HUGE_VAL;
-    double sum = 0;
-    int64_t count = 0;
-
-    void add(double value)
-    {
-        low = std::min(low, value);
-        high = std::max(high, value);
-        sum += value;
-        ++count;
-    }
-
-    void print(const char *title) const
-    {
-        std::printf("  %s : %lld\n", title, static_cast<long long>(count));
-        if (count > 0)
-            std::printf("    min  : %.6g\n    max  : %.6g\n    mean : %.6g\n", low, high,
-                sum / static_cast<double>(count));
-    }
-};
-
-/// Counts ratios between bounds that lie evenly around 1.
-class Histogram {
-  public:
-    void add(double ratio)
-    {
-        const auto above = std::ranges::upper_bound(bounds, ratio);
-        ++counts[static_cast<std::size_t>(above - bounds.begin())];
-    }
-
-    void print(int64_t total) const
-    {
-        constexpr double bar_length = 40;
-        for (std::size_t i = 0; i < counts.size(); ++i) {
-            const double share = static_cast<double>(counts[i]) / static_cast<double>(total);
-            const std::string low = i == 0 ? "" : text_of(bounds[i - 1]);
-            const std::string high = i == bounds.size() ? "" : text_of(bounds[i]);
-            const std::string bar(static_cast<std::size_t>(std::lround(share * bar_length)), '#');
-            std::printf("    %6s .. %-6s %12lld  %5.1f %%%s%s\n", low.c_str(), high.c_str(),
-                static_cast<long long>(counts[i]), 100 * share, bar.empty() ? "" : "  ", bar.c_str());
-        }
-    }
-
-  private:
-    static std::string text_of(double bound)
-    {
-        std::array<char, 16> text{};
-        std::snprintf(text.data(), text.size(), "%.4g", bound);
-        return text.data();
-    }
-
-    static constexpr std::array bounds = {
-        0.25, 0.5, 1 / std::numbers::sqrt2, 0.9, 1 / 0.9, std::numbers::sqrt2, 2.0, 4.0};
-    std::array<int64_t, bounds.size() + 1> counts{};
-};
-
 /// The sizes at the vertices 1..n, the first of them at position 1.
 std::vector<double> sizes_at_vertices(const korvane_mesh_t *mesh, const korvane_sizemap_t *sizemap)
 {
@@ -106,16 +49,15 @@ std::vector<double> sizes_at_vertices(const korvane_mesh_t *mesh, const korvane_
 
 double length_of(const korvane_mesh_t *mesh, const Edge &edge)
 {
-    std::array<double, 3> a{}, b{};
-    korvane_mesh_get_vertex_coordinates(mesh, edge.first, a.data());
-    korvane_mesh_get_vertex_coordinates(mesh, edge.second, b.data());
+    const auto a = position_of(mesh, edge.first), b = position_of(mesh, edge.second);
     return std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
 }
 
-void report(const korvane_mesh_t *mesh, const std::vector<double> &sizes)
+Json compare(const korvane_mesh_t *mesh, const std::vector<double> &sizes)
 {
     Summary wanted, ratios;
-    Histogram histogram;
+    Histogram histogram(
+        {0.25, 0.5, 1 / std::numbers::sqrt2, 0.9, 1 / 0.9, std::numbers::sqrt2, 2.0, 4.0}); // evenly around 1
     int64_t stray = 0, without_size = 0;
     for (std::size_t vertex = 1; vertex < sizes.size(); ++vertex)
         wanted.add(sizes[vertex]);
@@ -137,30 +79,41 @@ void report(const korvane_mesh_t *mesh, const std::vector<double> &sizes)
         ratios.add(ratio);
         histogram.add(ratio);
     }
-    wanted.print("sizes at vertices");
-    ratios.print("edges, length / size");
-    if (ratios.count > 0)
-        histogram.print(ratios.count);
-    if (without_size > 0)
-        std::printf("  edges without a positive size : %lld\n", static_cast<long long>(without_size));
-    if (stray > 0)
-        std::printf("  edges of vertices that the mesh lacks : %lld\n", static_cast<long long>(stray));
+    return {{"sizes", wanted.as_json()}, {"ratios", ratios.as_json()}, {"histogram", histogram.as_json(true)},
+        {"edges_without_positive_size", without_size}, {"edges_of_missing_vertices", stray}};
+}
+
+void print(const Json &record, const Presentation &)
+{
+    std::printf("%s, %s\n", text_of(record["file"]).c_str(), text_of(record["solution"]).c_str());
+    print_summary("sizes at vertices", record["sizes"]);
+    print_summary("edges, length / size", record["ratios"]);
+    if (record["ratios"]["count"] > 0)
+        print_histogram(record["histogram"]);
+    if (record["edges_without_positive_size"] > 0)
+        std::printf(
+            "  edges without a positive size : %s\n", text_of(record["edges_without_positive_size"]).c_str());
+    if (record["edges_of_missing_vertices"] > 0)
+        std::printf("  edges of vertices that the mesh lacks : %s\n",
+            text_of(record["edges_of_missing_vertices"]).c_str());
 }
 
 } // namespace
 
-int sizes(const std::string &mesh_file, const std::string &solution_file)
+int sizes(const std::string &mesh_file, const std::string &solution_file, const Presentation &presentation)
 {
     Session session;
+    Output output("sizes", presentation, print);
     const Mesh mesh = session.read(mesh_file);
-    if (!mesh)
-        return file_problem;
-    const Sizemap sizemap = session.read_sizes(mesh.get(), solution_file);
-    if (!sizemap)
-        return file_problem;
-    std::printf("%s, %s\n", mesh_file.c_str(), solution_file.c_str());
-    report(mesh.get(), sizes_at_vertices(mesh.get(), sizemap.get()));
-    return done;
+    const Sizemap sizemap = mesh ? session.read_sizes(mesh.get(), solution_file) : nullptr;
+    if (!sizemap) {
+        output.add_problem(mesh ? solution_file : mesh_file, session.last_problem());
+        return output.finish(file_problem);
+    }
+    Json record = {{"file", mesh_file}, {"solution", solution_file}};
+    record.update(compare(mesh.get(), sizes_at_vertices(mesh.get(), sizemap.get())));
+    output.add(std::move(record));
+    return output.finish(done);
 }
 
 } // namespace korvane::tools

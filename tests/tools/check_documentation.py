@@ -52,6 +52,7 @@ def files_complaints(completion: str) -> list[str]:
         ("info", ""): meshes | {"c.sol", "d.solb"},
         ("stats", "a.mesh", ""): meshes,
         ("stats", "--valid", ""): set(),
+        ("stats", "--worst", ""): set(),
         ("sizes", ""): meshes,
         ("sizes", "a.mesh", ""): {"c.sol", "d.solb", "g"},
         ("check", "a.mesh", ""): meshes,

@@ -13,6 +13,8 @@ import tempfile
 import jsonschema
 
 BAD = "MeshVersionFormatted 2 Dimension 3 Vertices 4 0 0 0 1 1 0 0 1 0 1 0 2 9 9 9 2 Triangles 1 1 2 3 7 End"
+SIZES = "MeshVersionFormatted 2 Dimension 3 SolAtVertices 4 1 1 1 1 0.5 1 End"
+FLAT = "MeshVersionFormatted 2 Dimension 2 Vertices 1 0 0 0 End"
 
 
 def runs(mesh):
@@ -28,12 +30,20 @@ def runs(mesh):
     yield ["convert", mesh, "missing/a.meshb", "b.vtu"], 1, 2
     yield ["convert", "missing.mesh", "b.vtu"], 1, 1
 
+    yield ["info", mesh, "bad.mesh", "sizes.sol", "flat.mesh", "missing.mesh"], 1, 5
+    yield ["sizes", "bad.mesh", "sizes.sol"], 0, 1
+    yield ["sizes", mesh, "sizes.sol"], 1, 1
+    yield ["stats", mesh, "bad.mesh", "missing.mesh"], 1, 3
+    yield ["stats", mesh, "--histogram", "--by-tag", "--worst", "3"], 0, 1
+
 
 def main():
     command, schemas, mesh = map(pathlib.Path, sys.argv[1:])
     seen = set()
     with tempfile.TemporaryDirectory() as folder:
         pathlib.Path(folder, "bad.mesh").write_text(BAD)
+        pathlib.Path(folder, "sizes.sol").write_text(SIZES)
+        pathlib.Path(folder, "flat.mesh").write_text(FLAT)
         for line, status, results in runs(mesh):
             run = subprocess.run([command, *line, "--json"], cwd=folder, text=True, capture_output=True)
             assert run.returncode == status, (line, run)

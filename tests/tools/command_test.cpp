@@ -31,9 +31,10 @@ End
 
 TEST_F(Command, WithoutArgumentsIsWrongUsage)
 {
-    for (const char *arguments : {"", "info", "stats", "convert", "convert a.mesh", "nonsense",
-             "info --nonsense a.mesh", "stats --valid '' a.mesh", "convert a.mesh b.txt", "convert a.mesh b",
-             "stats --valid", "sizes", "sizes a.mesh"}) {
+    for (const char *arguments :
+        {"", "info", "stats", "convert", "convert a.mesh", "nonsense", "info --nonsense a.mesh",
+            "stats --valid '' a.mesh", "convert a.mesh b.txt", "convert a.mesh b", "stats --valid",
+            "stats --valid x --json a.mesh", "stats --worst -1 a.mesh", "sizes", "sizes a.mesh"}) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exit_status, 2) << arguments;
         EXPECT_NE(outcome.errors, "") << arguments;

@@ -18,14 +18,14 @@ _korvane() {
         mapfile -t COMPREPLY < <(compgen -W "info stats sizes check diff convert $options --version" -- "$word")
         return
     fi
+    options+=' --json -q --quiet -v --verbose'
     case $subcommand in
-    stats) options+=' --valid' ;;
-    check) options+=' --limit --limits --bad-ids --bad --json -q --quiet -v --verbose' ;;
-    convert) options+=' --json -q --quiet -v --verbose' ;;
-    diff) options+=' --tolerance --json -q --quiet -v --verbose' ;;
+    stats) options+=' --valid --histogram --by-tag --worst' ;;
+    check) options+=' --limit --limits --bad-ids --bad' ;;
+    diff) options+=' --tolerance' ;;
     esac
     case $previous in
-    --valid | --limit | --tolerance) return ;;
+    --valid | --worst | --limit | --tolerance) return ;;
     --limits | --bad-ids) compopt -o default; return ;;
     --bad) _korvane_files vtu; return ;;
     esac
