@@ -29,8 +29,12 @@ class RatioReporter : public benchmark::ConsoleReporter {
         std::printf("\n%-34s %-22s %12s %12s %8s\n", "job", "against", "time", "plain", "ratio");
         for (const auto &[name, plain] : medians) {
             const std::size_t slash = name.rfind('/');
-            if (slash == std::string::npos)
+            if (slash == std::string::npos) {
+                const auto next = medians.upper_bound(name);
+                if (next == medians.end() || !next->first.starts_with(name + "/"))
+                    std::printf("%-34s %-22s %9.2f %s\n", name.c_str(), "", plain.time, plain.unit);
                 continue;
+            }
             const auto found = medians.find(name.substr(0, slash));
             if (found == medians.end())
                 continue;

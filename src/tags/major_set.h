@@ -10,9 +10,9 @@
 //   };
 //
 // Invariants: those of the numbered keys, which it is made of; so what a user keeps per identifier stays
-// valid. Cost: an insertion or a search walks one chain. The number of buckets never grows, so chains have
-// count / bucket_count keys on the average, more where sums of integers collide. Batches walk many chains
-// side by side.
+// valid. Cost: an insertion or a search walks one chain. The number of buckets does not grow by itself,
+// so chains have count / bucket_count keys on the average, more where sums of integers collide. Batches walk
+// many chains side by side.
 #pragma once
 
 #include <algorithm>
@@ -49,7 +49,14 @@ struct ordered_key {
     {
         return absolute_sum(key) % bucket_count;
     }
-    static constexpr bool equal(const value_type &a, const value_type &b) { return a == b; }
+    /// Written out, because compilers call a function of the C library for a == b.
+    static constexpr bool equal(const value_type &a, const value_type &b)
+    {
+        std::size_t i = 0;
+        while (i < N && a[i] == b[i])
+            ++i;
+        return i == N;
+    }
 };
 
 /// (a, b) and (b, a) are one key, which is kept as it was first inserted.
@@ -84,7 +91,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
     using typename Keys::value_type;
 
     // To be read only, like the fields of the numbered keys.
-    int32_t bucket_count = 0; // never changes after creation
+    int32_t bucket_count = 0; // changes by try_spread only
     BucketCount divisor;      // the same
     Array<int32_t> buckets;   // the first identifier of each bucket, or 0
 
@@ -114,6 +121,22 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         copy.bucket_count = other.bucket_count;
         copy.divisor = other.divisor;
         *this = std::move(copy);
+        return true;
+    }
+
+    /// Spreads the keys over another number of buckets, above 0. Identifiers stay, and chains are in the
+    /// order of insertion; but the keys come to lie in other buckets, so this is only for sets that nobody
+    /// lists by bucket. False, without change, if memory runs out.
+    [[nodiscard]] bool try_spread(int32_t new_bucket_count)
+    {
+        Array<int32_t> spread;
+        if (!spread.try_resize_zeroed(static_cast<std::size_t>(new_bucket_count)))
+            return false;
+        bucket_count = new_bucket_count;
+        divisor = BucketCount(static_cast<uint32_t>(new_bucket_count));
+        buckets = std::move(spread);
+        for (int32_t identifier = Keys::count; identifier > 0; --identifier)
+            Keys::put_first(buckets[bucket_of(Keys::key(identifier))], identifier);
         return true;
     }
 

@@ -83,6 +83,13 @@ struct numbered_keys {
         return append(head, key, last);
     }
 
+    /// Makes a key that is in no chain the first of one.
+    void put_first(int32_t &head, int32_t identifier)
+    {
+        entry(identifier).next = head;
+        head = identifier;
+    }
+
   private:
     [[nodiscard]] Entry &entry(int32_t identifier) { return keys[static_cast<std::size_t>(identifier)]; }
     [[nodiscard]] const Entry &entry(int32_t identifier) const

@@ -1,7 +1,7 @@
 // Tuple sets: rows of buckets on top of a major set. Compiled here once for every shape there is.
 //
-// What can fail comes in the order: major key, row, tuple. Each step leaves the set whole, so a later
-// insertion takes up what a failed one has left.
+// What can fail comes in the order: major key, row, buckets of the major keys, tuple. Each step leaves the
+// set whole, so a later insertion takes up what a failed one has left.
 #include "tags/tuple_set.h"
 
 #include <algorithm>
@@ -37,6 +37,14 @@ template <class Set>
         return false;
     set.row_count = set.major.capacity;
     return true;
+}
+
+/// Keeps the chains of major keys short, which nobody lists by bucket.
+template <class Set>
+[[nodiscard]] bool try_spread_major_keys(Set &set)
+{
+    constexpr int32_t long_chain = 4;
+    return set.major.count / long_chain <= set.major.bucket_count || set.major.try_spread(set.major.count);
 }
 
 } // namespace
@@ -101,7 +109,8 @@ int32_t tuple_set_insert(
 {
     // Kept on purpose: the major key stays when a later step fails, because it is numbered first.
     const int32_t major_identifier = set.major.insert(major_key);
-    if (major_identifier == 0 || (major_identifier > set.row_count && !try_reserve_rows(set)))
+    if (major_identifier == 0 || (major_identifier > set.row_count && !try_reserve_rows(set)) ||
+        !try_spread_major_keys(set))
         return 0;
     const auto buckets = buckets_of_row(set.row_buckets, set, major_identifier);
     return set.minor_keys.insert_into_chain(buckets[minor_bucket(set, minor_key)], minor_key);

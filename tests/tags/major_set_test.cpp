@@ -158,6 +158,44 @@ TYPED_TEST(MajorSet, BatchIsAsOneByOne)
     }
 }
 
+TYPED_TEST(MajorSet, SpreadKeysAreTheSameInOtherBuckets)
+{
+    Integers integers;
+    for (const int32_t other_count : {1, 3, 50, 4000}) {
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(7, 5));
+        Model<TypeParam> model(other_count, 5); // numbers keys as the set does, in the other buckets
+        for (int i = 0; i < 300; ++i) {
+            const auto key = random_key<TypeParam>(integers, 30);
+            ASSERT_EQ(set.insert(key), model.insert(key));
+        }
+        ASSERT_TRUE(set.try_spread(other_count));
+        model.expect_same(set);
+        for (int i = 0; i < 300; ++i) {
+            const auto key = random_key<TypeParam>(integers, 60);
+            ASSERT_EQ(set.insert(key), model.insert(key));
+        }
+        model.expect_same(set);
+    }
+}
+
+TYPED_TEST(MajorSet, StaysAsItIsIfItCannotSpread)
+{
+    oom_sweep([](AllocationFault &fault) {
+        Integers integers;
+        TypeParam set;
+        ASSERT_TRUE(set.try_create(7, 5));
+        for (int i = 0; i < 30; ++i)
+            ASSERT_NE(set.insert(random_key<TypeParam>(integers, 30)), 0);
+        fault.arm();
+        const bool spread = set.try_spread(100);
+        EXPECT_EQ(fault.disarm(), !spread);
+        EXPECT_EQ(set.bucket_count, spread ? 100 : 7);
+        for (int32_t number = 1; number <= set.count; ++number)
+            EXPECT_EQ(set.find(set.key(number)), number);
+    });
+}
+
 TYPED_TEST(MajorSet, SurvivesFailingAllocations)
 {
     oom_sweep([](AllocationFault &fault) {
