@@ -34,7 +34,8 @@ static korvane_mesh_t *make_vertices(korvane_context_t *context)
     if (mesh == NULL || korvane_mesh_set_vertex_count(mesh, vertex_count) != STATUS_OK)
         return NULL;
     for (i = 1; i <= vertex_count; ++i) {
-        const double xyz[3] = {(i - 1) % side, (i - 1) / side, 0};
+        const int32_t column = (i - 1) % side, row = (i - 1) / side;
+        const double xyz[3] = {column, row, 0};
         if (korvane_mesh_set_vertex_coordinates(mesh, i, xyz) != STATUS_OK)
             return NULL;
     }

@@ -26,6 +26,8 @@ FACTS = [
     ("periodicity.md", "differ by at most 8 percent", "src/cad/affine_fit.cpp", "length_tolerance = 0.08;"),
     ("quality.md", "c = 0.7174389352143008", "src/stats/measures.cpp", "normalisation = 0.7174389352143008;"),
     ("quality.md", "angles take 3.141593 for pi", "src/stats/measures.cpp", "180.0 / 3.141593;"),
+    ("quality.md", "1, 5, 25, 50, 75, 95, 99 percent", "tools/distributions.cpp", "{1, 5, 25, 50, 75, 95, 99};"),
+    ("quality.md", "in ten ranges", "tools/distributions.cpp", "range_count = 10;"),
     ("quality.md", "sqrt(3)/12 hmax", "src/stats/measures.h", "// sqrt(3) / 12"),
     ("quality.md", "sqrt(6)/36 hmax", "src/stats/measures.h", "// sqrt(6) / 36"),
 ]
