@@ -62,9 +62,8 @@ class Finder {
             return std::tuple(finding.kind, finding.number, finding.rule);
         };
         std::ranges::sort(findings, {}, order);
-        const auto same =
-            std::ranges::unique(findings, [&](const auto &a, const auto &b) { return order(a) == order(b); });
-        findings.erase(same.begin(), same.end());
+        const auto same = [&](const Finding &a, const Finding &b) { return order(a) == order(b); };
+        findings.erase(std::unique(findings.begin(), findings.end(), same), findings.end());
         return std::move(findings);
     }
 

@@ -115,8 +115,7 @@ class Grid {
             for (const int32_t vertex : vertices_of_cell(mesh, cell))
                 numbers.push_back(vertex);
         std::ranges::sort(numbers);
-        const auto same = std::ranges::unique(numbers);
-        numbers.erase(same.begin(), same.end());
+        numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
         std::vector<Cell> vertices;
         for (const int32_t number : numbers)
             vertices.push_back({&vertex_kind(), number});
