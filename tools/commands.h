@@ -1,6 +1,7 @@
 // The subcommands. Each gives the exit status of the command.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,15 @@ int diff(
 /// Writes a mesh file in other encodings or formats, and tells what they do not carry over.
 int convert(
     const std::string &input, const std::vector<std::string> &outputs, const Presentation &presentation);
+
+struct PeriodicOptions {
+    std::string file;
+    std::vector<int32_t> tags; // two
+    double tolerance = 0;      // 0 for one that goes with the size of the region
+};
+
+/// Finds the transformation between two regions of a mesh.
+int periodic(const PeriodicOptions &options, const Presentation &presentation);
 
 /// True for a file name that convert can write.
 bool can_be_written(const std::string &file);

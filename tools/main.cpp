@@ -56,8 +56,9 @@ class CommandLine {
     CommandLine()
     {
         app.set_version_flag("--version", "korvane " KORVANE_VERSION);
-        app.footer("Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check and diff: 0 valid\n"
-                   "or equal, 1 findings or differences, 2 wrong usage, 3 a file cannot be read or written.");
+        app.footer(
+            "Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check, diff and periodic:\n"
+            "0 valid or equal, 1 findings or differences, 2 wrong usage, 3 a file cannot be read.");
         app.require_subcommand(1);
         add_info();
         add_stats();
@@ -65,6 +66,7 @@ class CommandLine {
         add_check();
         add_diff();
         add_convert();
+        add_periodic();
     }
 
     int run(int argc, char **argv)
@@ -179,6 +181,23 @@ class CommandLine {
         command.callback([this] { status = convert(input, files, presentation); });
     }
 
+    void add_periodic()
+    {
+        CLI::App &command = *app.add_subcommand(
+            "periodic", "Find the transformation that carries one tagged region of a mesh to another");
+        command.add_option("MESH", regions.file, "The mesh file")->required();
+        command.add_option("--tags", regions.tags, "The tags of the two regions")
+            ->type_name("A,B")
+            ->delimiter(',')
+            ->expected(2)
+            ->required();
+        command.add_option("--tolerance", regions.tolerance, "How far partners may be from one another")
+            ->type_name("T")
+            ->check(refused(against_other_than_distances));
+        add_presentation(command);
+        command.callback([this] { status = periodic(regions, presentation); });
+    }
+
     CLI::App app{
         "Describes, judges and converts mesh files (.mesh, .meshb) and solutions on them (.sol, .solb).",
         "korvane"};
@@ -187,6 +206,7 @@ class CommandLine {
     double tolerance = 0;
     StatsOptions measured;
     CheckOptions checked;
+    PeriodicOptions regions;
     Presentation presentation;
     int status = done;
 };

@@ -39,6 +39,8 @@ class Session {
     /// names `shown` rather than `file`.
     bool write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown);
 
+    [[nodiscard]] korvane_context_t *own_context() const { return context.get(); }
+
     /// Has reports appended to a text rather than printed, until null is given.
     void divert(std::string *text) { diverted = text; }
 

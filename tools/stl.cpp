@@ -31,7 +31,7 @@ void append_triangle(std::string &bytes, Vec3 p, Vec3 q, Vec3 r)
 {
     const Vec3 normal = cross(q - p, r - p);
     const double length = norm(normal);
-    append(bytes, length > 0 ? Vec3{normal.x / length, normal.y / length, normal.z / length} : Vec3{});
+    append(bytes, length > 0 ? normal / length : Vec3{});
     append(bytes, p);
     append(bytes, q);
     append(bytes, r);

@@ -60,6 +60,8 @@ def files_complaints(completion: str) -> list[str]:
         ("check", "--bad", "a.mesh", ""): meshes,
         ("diff", "a.mesh", ""): meshes,
         ("diff", "--tolerance", ""): set(),
+        ("periodic", ""): meshes,
+        ("periodic", "--tags", ""): set(),
         ("convert", "b"): {"b.meshb"},
         ("convert", "a.mesh", ""): meshes | {"e.bdf", "h.vtu", "i.stl"},
         ("convert", "a.mesh", "b.meshb", ""): meshes | {"e.bdf", "h.vtu", "i.stl"},

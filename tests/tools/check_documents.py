@@ -15,6 +15,10 @@ import jsonschema
 BAD = "MeshVersionFormatted 2 Dimension 3 Vertices 4 0 0 0 1 1 0 0 1 0 1 0 2 9 9 9 2 Triangles 1 1 2 3 7 End"
 SIZES = "MeshVersionFormatted 2 Dimension 3 SolAtVertices 4 1 1 1 1 0.5 1 End"
 FLAT = "MeshVersionFormatted 2 Dimension 2 Vertices 1 0 0 0 End"
+PAIR = (
+    "MeshVersionFormatted 2 Dimension 3 Vertices 6 0 0 0 0 3 0 0 0 0 1 0 0 0 0 2 0 3 0 2 0 0 1 2 0 "
+    "Triangles 2 1 2 3 1 4 5 6 2 End"
+)
 
 
 def runs(mesh):
@@ -35,6 +39,9 @@ def runs(mesh):
     yield ["sizes", mesh, "sizes.sol"], 1, 1
     yield ["stats", mesh, "bad.mesh", "missing.mesh"], 1, 3
     yield ["stats", mesh, "--histogram", "--by-tag", "--worst", "3"], 0, 1
+    yield ["periodic", "pair.mesh", "--tags", "1,2"], 0, 1
+    yield ["periodic", "pair.mesh", "--tags", "1,3"], 1, 1
+    yield ["periodic", "missing.mesh", "--tags", "1,3"], 3, 1
 
 
 def main():
@@ -44,6 +51,7 @@ def main():
         pathlib.Path(folder, "bad.mesh").write_text(BAD)
         pathlib.Path(folder, "sizes.sol").write_text(SIZES)
         pathlib.Path(folder, "flat.mesh").write_text(FLAT)
+        pathlib.Path(folder, "pair.mesh").write_text(PAIR)
         for line, status, results in runs(mesh):
             run = subprocess.run([command, *line, "--json"], cwd=folder, text=True, capture_output=True)
             assert run.returncode == status, (line, run)

@@ -15,17 +15,18 @@ _korvane() {
     local options='-h --help'
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "info stats sizes check diff convert $options --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "info stats sizes check diff convert periodic $options --version" -- "$word")
         return
     fi
     options+=' --json -q --quiet -v --verbose'
     case $subcommand in
     stats) options+=' --valid --histogram --by-tag --worst' ;;
     check) options+=' --limit --limits --bad-ids --bad' ;;
+    periodic) options+=' --tags --tolerance' ;;
     diff) options+=' --tolerance' ;;
     esac
     case $previous in
-    --valid | --worst | --limit | --tolerance) return ;;
+    --valid | --tags | --worst | --limit | --tolerance) return ;;
     --limits | --bad-ids) compopt -o default; return ;;
     --bad) _korvane_files vtu; return ;;
     esac
@@ -35,7 +36,7 @@ _korvane() {
     fi
     case $subcommand:$COMP_CWORD in
     info:*) _korvane_files mesh meshb sol solb ;;
-    stats:* | check:* | diff:* | sizes:2 | convert:2) _korvane_files mesh meshb ;;
+    stats:* | check:* | diff:* | sizes:2 | convert:2 | periodic:*) _korvane_files mesh meshb ;;
     sizes:3) _korvane_files sol solb ;;
     convert:*) _korvane_files mesh meshb bdf vtu stl ;;
     esac
