@@ -34,8 +34,7 @@ korvane_sizemap_t *korvane_sizemap_new(
     if (type < 1 || type > 6)
         return nullptr;
     korvane_context_t *context = nullptr;
-    if (korvane_mesh_get_context(static_cast<const korvane_mesh_t *>(object), &context) != STATUS_OK)
-        return nullptr;
+    korvane_mesh_get_context(static_cast<const korvane_mesh_t *>(object), &context);
     auto *sizemap = create<korvane_sizemap_t>();
     if (sizemap == nullptr)
         return nullptr;

@@ -252,8 +252,6 @@ template <auto vertices_slot, std::size_t edges_per_element>
 void report_edges(const korvane_mesh_t *mesh, const char *name, const vertex_pair_set_t &edges,
     const char *keyed_label, const char *readable_label)
 {
-    if (edges.count <= 0)
-        return;
     const auto label = label_for(name, keyed_label, readable_label);
     statistics_accumulate<quality_edge_length, quality_edge_vertices>(
         mesh, edges.count, label.c_str(), name != nullptr, edges);

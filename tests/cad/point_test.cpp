@@ -94,6 +94,20 @@ TEST_F(Point, IsFreedWhenItIsDeletedAndElseWithItsFace)
     EXPECT_EQ(live_block_count(), blocks);
 }
 
+TEST_F(Point, WithoutAFaceOrUnknownToItIsJustFreed)
+{
+    new_point(1);
+    const int64_t blocks = live_block_count();
+    for (korvane_cad_face_t *stated : {static_cast<korvane_cad_face_t *>(nullptr), face}) {
+        auto *point = create<korvane_cad_point_t>();
+        ASSERT_NE(point, nullptr);
+        point->face = stated;
+        korvane_cad_point_delete(point);
+        EXPECT_EQ(ids(), std::vector<uint32_t>{1});
+        EXPECT_EQ(live_block_count(), blocks);
+    }
+}
+
 TEST_F(Point, TakesNoReference)
 {
     const uint32_t references = cad->reference_count;

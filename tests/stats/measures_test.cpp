@@ -373,6 +373,21 @@ TEST(TetrahedronMeasures, FlatOrInvertedIsInfinite)
     EXPECT_EQ(tetrahedron_aspect_ratio({{{nan, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}), infinite);
 }
 
+/// Powers of two, so that the digits stay.
+TEST(Ratios, DoNotDependOnTheSize)
+{
+    const auto scaled = [](auto corners, double factor) {
+        for (Vec3 &corner : corners)
+            corner = factor * corner;
+        return corners;
+    };
+    for (const double factor : {0x1p-20, 0x1p-2, 0x1p20}) {
+        EXPECT_EQ(triangle_aspect_ratio(scaled(equilateral, factor)), triangle_aspect_ratio(equilateral));
+        EXPECT_EQ(quadrangle_aspect_ratio(scaled(square, factor)), quadrangle_aspect_ratio(square));
+        EXPECT_EQ(tetrahedron_aspect_ratio(scaled(regular, factor)), tetrahedron_aspect_ratio(regular));
+    }
+}
+
 TEST(HexahedronMeasures, TheSubVolumesOfTheUnitCube)
 {
     for (size_t i = 0; i < 10; ++i) {

@@ -559,12 +559,12 @@ void expect_gap(const Texts &sent, const Texts &all, const std::vector<size_t> &
 }
 
 template <class Compute>
-void sweep(Compute compute, const Texts &all, const std::vector<size_t> &gaps)
+void sweep(const MeshData &data, Compute compute, const Texts &all, const std::vector<size_t> &gaps)
 {
     size_t faults = 0;
     oom_sweep([&](AllocationFault &fault) {
         RecordingContext context;
-        const StoredMesh mesh(context, all_kinds());
+        const StoredMesh mesh(context, data);
         fault.arm();
         EXPECT_EQ(compute(mesh), STATUS_OK);
         if (fault.disarm()) {
@@ -579,12 +579,23 @@ void sweep(Compute compute, const Texts &all, const std::vector<size_t> &gaps)
 
 TEST(Report, ReadableSurvivesFailingAllocations)
 {
-    sweep(korvane_mesh_compute_statistics, report_of_all_kinds, {1});
+    sweep(all_kinds(), korvane_mesh_compute_statistics, report_of_all_kinds, {1});
+}
+
+/// Apart from one another, so that the set of edges grows after its first batch.
+TEST(Report, OfManyElementsSurvivesFailingAllocations)
+{
+    MeshData data;
+    data.points.resize(3 * 600);
+    for (int32_t first = 1; first <= 3 * 600; first += 3)
+        data.triangles.push_back({first, first + 1, first + 2});
+    sweep(data, korvane_mesh_compute_statistics, readable(data), {1});
 }
 
 TEST(Report, KeyedSurvivesFailingAllocations)
 {
-    sweep([](const korvane_mesh_t *mesh) { return korvane_mesh_compute_statistics_valid(mesh, "a name"); },
+    sweep(all_kinds(),
+        [](const korvane_mesh_t *mesh) { return korvane_mesh_compute_statistics_valid(mesh, "a name"); },
         keyed_report_of_all_kinds, {1, 8, 5});
 }
 

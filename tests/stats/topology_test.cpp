@@ -395,11 +395,8 @@ TEST(Topology, CountsWithNothingBehindEndTheRun)
     EXPECT_EQ(calls, 0); // so many faces cannot be numbered
 }
 
-TEST(Topology, SurvivesFailingAllocations)
+void expect_failing_allocations_survived(const MeshData &data)
 {
-    MeshData data;
-    std::mt19937 generator(3);
-    data = random_grid(12, generator); // enough to grow the edge map, the graphs and the stack
     const Numbers expected = Model(data).numbers();
     ASSERT_GT(expected.non_manifold_edges, 0);
     ASSERT_GT(expected.free_edges, 0);
@@ -419,6 +416,22 @@ TEST(Topology, SurvivesFailingAllocations)
         for (const RecordedMessage &message : context.messages)
             EXPECT_NE(std::ranges::find(all, message), all.end());
     });
+}
+
+TEST(Topology, SurvivesFailingAllocations)
+{
+    std::mt19937 generator(3);
+    expect_failing_allocations_survived(random_grid(12, generator)); // enough to grow the edge map
+}
+
+/// More of them than a batch, each with vertices of its own, which grow the graph while it is entered.
+TEST(Topology, OfManyFansSurvivesFailingAllocations)
+{
+    MeshData fans;
+    for (int32_t first = 1; first <= 500; first += 5)
+        for (int32_t blade = 2; blade <= 4; ++blade)
+            fans.triangles.push_back({first, first + 1, first + blade});
+    expect_failing_allocations_survived(fans);
 }
 
 TEST(Topology, LeavesTheMeshUsableAfterFailingAllocations)

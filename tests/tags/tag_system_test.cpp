@@ -227,6 +227,17 @@ TEST(TagSystem, RefusesNullArgumentsOfTheLists)
     EXPECT_EQ(count, 5);
 }
 
+TEST(TagSystem, WithoutItsSetHasNoMemoryForTheList)
+{
+    const TagSystem tag_system = tag_system_of({1});
+    const auto taken_away = std::move(tag_system->definitions);
+    int32_t count = -7;
+    int32_t tag = -7;
+    EXPECT_EQ(korvane_tag_system_get_composite_tag_list(tag_system.get(), &count, &tag), STATUS_NOMEM);
+    EXPECT_EQ(count, -7);
+    EXPECT_EQ(tag, -7);
+}
+
 TEST(TagSystem, TakesAnySizeHint)
 {
     for (const int32_t hint : {-2, -1, 0, 1, 1000}) {

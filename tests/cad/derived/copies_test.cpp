@@ -213,6 +213,16 @@ TEST_F(Copy, OfPointsIsKeptByNoFace)
     });
 }
 
+TEST_F(Copy, OfPointsEndsAtAnEmptyPlace)
+{
+    const Uv uv{};
+    korvane_cad_point_new(face, 1, uv.data());
+    const std::size_t place = static_cast<std::size_t>(face->point_count) - 1;
+    korvane_cad_point_t *taken_out = std::exchange(face->points[place], nullptr);
+    EXPECT_EQ(korvane_cad_face_clone_points(face, new_face()), STATUS_NOMEM);
+    face->points[place] = taken_out;
+}
+
 TEST_F(Copy, OfNullIsNull)
 {
     EXPECT_EQ(korvane_cad_face_new_copy(nullptr), nullptr);
