@@ -184,6 +184,29 @@ TEST_F(Gmf, BadIndicesAndCodesAreHarmless)
     EXPECT_EQ(gmf_close_file(writing), 1);
 }
 
+TEST_F(Gmf, NoLinesAndLinesOfNoFileAreNoneReadOrWritten)
+{
+    std::array<double, 3> reals{};
+    int32_t tag = 0;
+    const GmfInput input[] = {{3, nullptr, reals.data()}, {1, &tag, nullptr}};
+    const GmfOutput output[] = {{3, nullptr, reals.data()}, {1, &tag, nullptr}};
+    const int32_t reading = open(folder.write("a.mesh", small_mesh));
+    const int32_t writing = gmf_open_file(folder.name("b.mesh").c_str(), gmf_write_mode, 2, 3);
+    EXPECT_EQ(gmf_seek_keyword(reading, gmf_vertices), 0);
+    EXPECT_EQ(gmf_write_keyword_header(writing, gmf_vertices, 1), 1);
+    EXPECT_EQ(gmf_read_lines(writing, gmf_vertices, 1, input), 0);
+    EXPECT_EQ(gmf_write_lines(reading, gmf_vertices, 1, output), 0);
+    for (const int32_t count : {0, -1, INT32_MIN}) {
+        EXPECT_EQ(gmf_read_lines(reading, gmf_vertices, count, input), 0);
+        EXPECT_EQ(gmf_write_lines(writing, gmf_vertices, count, output), 0);
+    }
+    EXPECT_EQ(gmf_read_lines(reading, gmf_vertices, 1, input), 1);
+    EXPECT_EQ(tag, 4);
+    EXPECT_EQ(gmf_write_lines(writing, gmf_vertices, 1, output), 1);
+    EXPECT_EQ(gmf_close_file(reading), 1);
+    EXPECT_EQ(gmf_close_file(writing), 1);
+}
+
 TEST_F(Gmf, SeekingAnAbsentKeywordChangesNothing)
 {
     const int32_t index =
