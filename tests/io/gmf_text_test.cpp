@@ -213,7 +213,7 @@ TEST_F(GmfText, WhatIsMissingReadsAsZeros)
 
 TEST_F(GmfText, ColumnsBehindTheEndOfTheFileAreZeros)
 {
-    for (const std::size_t comment : {0, 100, 1000, 262'000, 262'100, 262'144, 300'000})
+    for (const std::size_t comment : {0u, 100u, 1000u, 262'000u, 262'100u, 262'144u, 300'000u})
         for (const char *cut :
             {"4", "4 ", "4 5", "4 5\n", "4 5 6", "4 5 6 ", "4 5 x", "4 5 x 7 ", "\n #", " "}) {
             const int32_t index =
