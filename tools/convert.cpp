@@ -138,10 +138,10 @@ int convert(
         std::vector<std::string> lost;
         if (description)
             lost = what_is_lost(*description, mesh.get(), format);
-        for (const std::string &loss : lost) {
-            const std::string addressee = outputs.size() > 1 ? " to " + output : "";
-            Session::complain(input, "not carried over" + addressee + ": " + loss);
-        }
+        const std::string announcement =
+            outputs.size() > 1 ? "not carried over to " + output + ": " : "not carried over: ";
+        for (const std::string &loss : lost)
+            Session::complain(input, announcement + loss);
         report.add({{"file", input}, {"output", output}, {"not_carried_over", lost}});
     }
     return report.finish(status);

@@ -50,7 +50,7 @@ std::string add_limits_of_file(const std::string &file, std::vector<Limit> &limi
             continue;
         problem = add_limit(line, limits);
         if (!problem.empty())
-            problem = "line " + std::to_string(number) + ": " + problem;
+            problem.insert(0, "line " + std::to_string(number) + ": ");
     }
     readable = !problem.empty() || stream.eof();
     return problem;

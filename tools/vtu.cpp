@@ -117,6 +117,7 @@ class Grid {
         std::ranges::sort(numbers);
         numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
         std::vector<Cell> vertices;
+        vertices.reserve(numbers.size());
         for (const int32_t number : numbers)
             vertices.push_back({&vertex_kind(), number});
         return vertices;
