@@ -23,10 +23,19 @@ struct FlatMesh {
 
 enum class Order { natural, shuffled };
 
-/// About a million tetrahedra: six in every cell of a grid, with coordinates of full precision.
+/// Six tetrahedra in every cell of a cube of `cells` cells per side, with coordinates of full precision.
+FlatMesh grid_of_tetrahedra(int32_t cells);
+
+/// Two triangles in every cell of a wavy square of `cells` cells per side.
+FlatMesh grid_of_triangles(int32_t cells);
+
+/// The same mesh with its vertices numbered at random, the same way every time.
+FlatMesh shuffled(const FlatMesh &natural);
+
+/// About a million tetrahedra.
 const FlatMesh &million_tetrahedra(Order order);
 
-/// Two million triangles: two in every cell of a wavy surface.
+/// Two million triangles.
 const FlatMesh &two_million_triangles(Order order);
 
 struct MeshDeleter {
