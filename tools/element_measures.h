@@ -19,7 +19,10 @@ struct KindMeasure {
     void (*measure)(const korvane_mesh_t *, uint32_t number, double *values);
     double (*badness)(std::span<const double> values); // the higher the worse, infinite at most
 
-    [[nodiscard]] std::string full_name() const { return kind->singular + ("." + std::string(name)); }
+    [[nodiscard]] std::string full_name() const
+    {
+        return std::string(kind->singular).append(".").append(name);
+    }
 };
 
 /// In the order of the reports.

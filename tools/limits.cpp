@@ -29,7 +29,7 @@ std::string add_limit(const std::string &text, std::vector<Limit> &limits)
     if (limit.measure == nullptr) {
         std::string known;
         for (const KindMeasure &row : element_measures())
-            known += (known.empty() ? "" : ", ") + row.full_name();
+            known.append(known.empty() ? "" : ", ").append(row.full_name());
         return "\"" + text + "\" names no measure; there are " + known;
     }
     const char *const last = limit.text.data() + limit.text.size();
