@@ -1,4 +1,5 @@
-// Numbers as text, exactly as printf writes them in the C locale, whatever the locale of the client.
+// Texts, and numbers as text, exactly as printf writes them in the C locale, whatever the locale of the
+// client.
 #pragma once
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "io/decimal_digits.h"
 
@@ -13,6 +15,12 @@ namespace korvane {
 
 /// The room that the functions below need: more than the longest text that they write.
 inline constexpr std::size_t number_room = 48;
+
+/// Writes a text and gives its end.
+inline char *put_text(char *text, std::string_view piece)
+{
+    return std::copy(piece.begin(), piece.end(), text);
+}
 
 /// Writes as "%d" and gives the end of the text.
 inline char *format_integer(char *text, int32_t value)

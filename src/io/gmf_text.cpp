@@ -123,11 +123,6 @@ template <class StoredReal>
     return line_count;
 }
 
-char *put_text(char *text, std::string_view piece)
-{
-    return std::copy(piece.begin(), piece.end(), text);
-}
-
 char *put_integer(char *text, int32_t value, char separator)
 {
     text = format_integer(text, value);

@@ -18,11 +18,6 @@ namespace korvane {
 
 namespace {
 
-char *put(char *text, std::string_view piece)
-{
-    return std::copy(piece.begin(), piece.end(), text);
-}
-
 class BulkDataWriter {
   public:
     BulkDataWriter(const korvane_mesh_t *source, FileStream &target) : mesh(source), stream(target) {}
@@ -89,13 +84,13 @@ class BulkDataWriter {
 
     void write_grid_card(std::string_view card, int32_t vertex, const double *xyz)
     {
-        char *text = put(stream.room(line_room), card);
-        text = format_integer_field<16>(put(text, "   "), vertex);
-        text = put(text, "               0"); // the basic coordinate system
+        char *text = put_text(stream.room(line_room), card);
+        text = format_integer_field<16>(put_text(text, "   "), vertex);
+        text = put_text(text, "               0"); // the basic coordinate system
         text = format_scientific_field(text, xyz[0]);
         text = format_scientific_field(text, xyz[1]);
-        text = format_scientific_field(put(text, "*\n*       "), xyz[2]);
-        stream.commit(put(text, "\n"));
+        text = format_scientific_field(put_text(text, "*\n*       "), xyz[2]);
+        stream.commit(put_text(text, "\n"));
     }
 
     /// False if a vertex does not fit its field; the card then ends with it.
@@ -106,7 +101,7 @@ class BulkDataWriter {
     {
         const auto vertex_count = static_cast<std::size_t>(entity.values_per_entity);
         const auto at = static_cast<std::size_t>(position);
-        char *text = put(put(stream.room(line_room), entity.card), "  ");
+        char *text = put_text(put_text(stream.room(line_room), entity.card), "  ");
         text = format_integer_field<8>(text, ++element);
         text = format_integer_field<8>(text, block.tags[at]);
         bool fits = true;

@@ -84,4 +84,27 @@ struct Served {
     }
 };
 
+/// What makes a mesh serve elements of a kind, and the plural by which its writers name them.
+struct ServedKind {
+    korvane_status_t (*set_get_count)(korvane_mesh_t *, korvane_mesh_count_getter_t, void *);
+    korvane_status_t (*set_get_vertices)(korvane_mesh_t *, korvane_mesh_values_getter_t, void *);
+    const char *plural;
+
+    void serve(korvane_mesh_t *mesh, Served &served) const
+    {
+        set_get_count(mesh, Served::get_count, &served);
+        set_get_vertices(mesh, Served::get_vertices, &served);
+    }
+};
+
+/// In the order in which files hold them.
+inline constexpr ServedKind served_kinds[] = {
+    {korvane_mesh_set_get_edge_count, korvane_mesh_set_get_edge_vertices, "edges"},
+    {korvane_mesh_set_get_triangle_count, korvane_mesh_set_get_triangle_vertices, "triangles"},
+    {korvane_mesh_set_get_quadrangle_count, korvane_mesh_set_get_quadrangle_vertices, "quadrilaterals"},
+    {korvane_mesh_set_get_tetrahedron_count, korvane_mesh_set_get_tetrahedron_vertices, "tetrahedra"},
+    {korvane_mesh_set_get_hexahedron_count, korvane_mesh_set_get_hexahedron_vertices, "hexaedra"},
+    {korvane_mesh_set_get_pyramid_count, korvane_mesh_set_get_pyramid_vertices, "pyramid"},
+};
+
 } // namespace korvane::testing

@@ -225,29 +225,14 @@ TEST_F(WriteServedMesh, AFailingVertexStopsWithItsStatusAndAWellFormedFile)
 
 TEST_F(WriteServedMesh, FailingElementsAreReportedByTheirPlural)
 {
-    using Setter = korvane_status_t (*)(korvane_mesh_t *, korvane_mesh_count_getter_t, void *);
-    using ValuesSetter = korvane_status_t (*)(korvane_mesh_t *, korvane_mesh_values_getter_t, void *);
-    const struct {
-        Setter set_get_count;
-        ValuesSetter set_get_vertices;
-        const char *text;
-    } kinds[] = {
-        {korvane_mesh_set_get_edge_count, korvane_mesh_set_get_edge_vertices, "edges"},
-        {korvane_mesh_set_get_triangle_count, korvane_mesh_set_get_triangle_vertices, "triangles"},
-        {korvane_mesh_set_get_quadrangle_count, korvane_mesh_set_get_quadrangle_vertices, "quadrilaterals"},
-        {korvane_mesh_set_get_tetrahedron_count, korvane_mesh_set_get_tetrahedron_vertices, "tetrahedra"},
-        {korvane_mesh_set_get_hexahedron_count, korvane_mesh_set_get_hexahedron_vertices, "hexaedra"},
-        {korvane_mesh_set_get_pyramid_count, korvane_mesh_set_get_pyramid_vertices, "pyramid"},
-    };
     served.count = 1;
     served.failing_values = 1;
     served.values_status = 42;
-    for (const auto &kind : kinds) {
+    for (const ServedKind &kind : served_kinds) {
         korvane_mesh_t *failing = korvane_mesh_new(context);
-        kind.set_get_count(failing, Served::get_count, &served);
-        kind.set_get_vertices(failing, Served::get_vertices, &served);
+        kind.serve(failing, served);
         EXPECT_EQ(korvane_mesh_write_mesh(failing, folder.name("a.mesh").c_str()), STATUS_ERROR);
-        expect_message(-1, std::string("Error accessing given mesh ") + kind.text + " vertices.\n");
+        expect_message(-1, std::string("Error accessing given mesh ") + kind.plural + " vertices.\n");
         korvane_mesh_delete(failing);
     }
 }

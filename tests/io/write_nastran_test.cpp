@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iterator>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -311,28 +312,15 @@ TEST_F(WriteServedNastran, AFailingVertexStopsTheFile)
 
 TEST_F(WriteServedNastran, AFailingElementIsReportedWithItsStatus)
 {
-    using CountSetter = korvane_status_t (*)(korvane_mesh_t *, korvane_mesh_count_getter_t, void *);
-    using ValuesSetter = korvane_status_t (*)(korvane_mesh_t *, korvane_mesh_values_getter_t, void *);
-    const struct {
-        CountSetter set_get_count;
-        ValuesSetter set_get_vertices;
-        const char *text;
-    } kinds[] = {
-        {korvane_mesh_set_get_edge_count, korvane_mesh_set_get_edge_vertices, "edges"},
-        {korvane_mesh_set_get_triangle_count, korvane_mesh_set_get_triangle_vertices, "triangles"},
-        {korvane_mesh_set_get_quadrangle_count, korvane_mesh_set_get_quadrangle_vertices, "quadrilaterals"},
-        {korvane_mesh_set_get_tetrahedron_count, korvane_mesh_set_get_tetrahedron_vertices, "tetrahedra"},
-        {korvane_mesh_set_get_hexahedron_count, korvane_mesh_set_get_hexahedron_vertices, "hexaedra"},
-    };
     served.count = 1;
     served.failing_values = 1;
     served.values_status = 42;
-    for (const auto &kind : kinds) {
+    // Pyramids have no card.
+    for (const ServedKind &kind : std::span(served_kinds).first<5>()) {
         korvane_mesh_t *failing = korvane_mesh_new(context);
-        kind.set_get_count(failing, Served::get_count, &served);
-        kind.set_get_vertices(failing, Served::get_vertices, &served);
+        kind.serve(failing, served);
         EXPECT_EQ(write(failing), 42);
-        expect_message(42, std::string("Error accessing given mesh ") + kind.text + " vertices.\n");
+        expect_message(42, std::string("Error accessing given mesh ") + kind.plural + " vertices.\n");
         EXPECT_EQ(file(), head);
         korvane_mesh_delete(failing);
     }
