@@ -1,7 +1,8 @@
 // Tuple sets: rows of buckets on top of a major set. Compiled here once for every shape there is.
 //
 // What can fail comes in the order: major key, row, buckets of the major keys, tuple. Each step leaves the
-// set whole, so a later insertion takes up what a failed one has left.
+// set whole, so a later insertion takes up what a failed one has left. Tuples that are in the set are found
+// without any step that can fail.
 #include "tags/tuple_set.h"
 
 #include <algorithm>
@@ -44,7 +45,8 @@ template <class Set>
 [[nodiscard]] bool try_spread_major_keys(Set &set)
 {
     constexpr int32_t long_chain = 4;
-    return set.major.count / long_chain <= set.major.bucket_count || set.major.try_spread(set.major.count);
+    return static_cast<uint32_t>(set.major.count / long_chain) <= set.major.bucket_count ||
+           set.major.try_spread(set.major.count);
 }
 
 } // namespace
@@ -108,9 +110,10 @@ int32_t tuple_set_insert(
     Set &set, const typename Set::MajorKey &major_key, const typename Set::MinorKey &minor_key)
 {
     // Kept on purpose: the major key stays when a later step fails, because it is numbered first.
+    const int32_t known_count = set.major.count;
     const int32_t major_identifier = set.major.insert(major_key);
     if (major_identifier == 0 || (major_identifier > set.row_count && !try_reserve_rows(set)) ||
-        !try_spread_major_keys(set))
+        (major_identifier > known_count && !try_spread_major_keys(set)))
         return 0;
     const auto buckets = buckets_of_row(set.row_buckets, set, major_identifier);
     return set.minor_keys.insert_into_chain(buckets[minor_bucket(set, minor_key)], minor_key);

@@ -284,6 +284,22 @@ TEST(TupleSetGrowth, RowsFollowTheCapacityOfTheMajorSet)
     EXPECT_EQ(tuple_set_insert(*set, {8}, {1}), 1);
 }
 
+TEST(TupleSetInsertion, OfAKnownTupleNeedsNoMemory)
+{
+    const Owned<tag_pair_set_t> set = tuple_set_new<tag_pair_set_t>(1, 100, 2, 1);
+    for (int32_t i = 1; i <= 7; ++i)
+        ASSERT_EQ(tuple_set_insert(*set, {i}, {1}), i);
+    AllocationFault fault(1, Failure::persistent);
+    fault.arm();
+    EXPECT_EQ(tuple_set_insert(*set, {8}, {1}), 0); // its key makes one chain too long
+    EXPECT_TRUE(fault.disarm());
+    fault.arm();
+    for (int32_t i = 1; i <= 7; ++i)
+        EXPECT_EQ(tuple_set_insert(*set, {i}, {1}), i);
+    EXPECT_FALSE(fault.disarm());
+    EXPECT_EQ(tuple_set_insert(*set, {8}, {1}), 8);
+}
+
 TEST(TupleSetKeys, ArePairsOfMajorAndMinor)
 {
     const Owned<tag_pair_set_t> set = tuple_set_new<tag_pair_set_t>(10, 10, 10, 1);
