@@ -1,4 +1,4 @@
-// A divisor of many numbers: remainders by two multiplications.
+// A number of buckets, by which many numbers are divided: remainders by two multiplications.
 //
 // Source: D. Lemire, O. Kaser, N. Kurz, "Faster remainder by direct computation", Software: Practice and
 // Experience 49 (2019); exact for all numbers and divisors of 32 bits.

@@ -91,8 +91,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
     using typename Keys::value_type;
 
     // To be read only, like the fields of the numbered keys.
-    int32_t bucket_count = 0; // changes by try_spread only
-    BucketCount divisor;      // the same
+    BucketCount bucket_count; // changes by try_spread only
     Array<int32_t> buckets;   // the first identifier of each bucket, or 0
 
     /// Makes an empty set with room for `capacity` keys (below 0 counts as 0). False, without change, for a
@@ -105,8 +104,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         if (!fresh.buckets.try_resize_zeroed(static_cast<std::size_t>(new_bucket_count)) ||
             !fresh.try_reserve(std::max(new_capacity, 0)))
             return false;
-        fresh.bucket_count = new_bucket_count;
-        fresh.divisor = BucketCount(static_cast<uint32_t>(new_bucket_count));
+        fresh.bucket_count = BucketCount(static_cast<uint32_t>(new_bucket_count));
         *this = std::move(fresh);
         return true;
     }
@@ -119,7 +117,6 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
             !try_assign(copy.buckets, other.buckets.data(), other.buckets.size()))
             return false;
         copy.bucket_count = other.bucket_count;
-        copy.divisor = other.divisor;
         *this = std::move(copy);
         return true;
     }
@@ -132,8 +129,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         Array<int32_t> spread;
         if (!spread.try_resize_zeroed(static_cast<std::size_t>(new_bucket_count)))
             return false;
-        bucket_count = new_bucket_count;
-        divisor = BucketCount(static_cast<uint32_t>(new_bucket_count));
+        bucket_count = BucketCount(static_cast<uint32_t>(new_bucket_count));
         buckets = std::move(spread);
         for (int32_t identifier = Keys::count; identifier > 0; --identifier)
             Keys::put_first(buckets[bucket_of(Keys::key(identifier))], identifier);
@@ -168,12 +164,6 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         return Keys::find_in_chain(buckets[bucket_of(key)], key);
     }
 
-    /// The first identifier of a bucket (from 0), or 0; `next` continues from there.
-    [[nodiscard]] int32_t first(int32_t bucket) const { return buckets[static_cast<std::size_t>(bucket)]; }
-
-    /// All identifiers, bucket by bucket and along each bucket's chain: `for (int32_t id : set.by_bucket())`.
-    [[nodiscard]] bucket_walk<Keys> by_bucket() const { return {*this, {buckets.data(), buckets.size()}}; }
-
   private:
     static constexpr std::size_t group_size = 128;
     static constexpr uint32_t near_buckets = 1 << 14;
@@ -184,7 +174,7 @@ struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
         int32_t identifier;
     };
 
-    [[nodiscard]] uint32_t bucket_of(const value_type &key) const { return Key::bucket(key, divisor); }
+    [[nodiscard]] uint32_t bucket_of(const value_type &key) const { return Key::bucket(key, bucket_count); }
 
     /// Both ends of it, which may lie in two cache lines.
     void prefetch_entry(int32_t identifier) const

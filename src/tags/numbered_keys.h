@@ -30,8 +30,7 @@ struct numbered_keys {
     // To be read only: they change through the members below.
     int32_t count = 0;    // identifiers are 1..count
     int32_t capacity = 0; // `keys` has one entry more, or none at all
-    Array<Entry>
-        keys; // the link and the front of the key are near, so that a step along a chain is one access
+    Array<Entry> keys;    // link and front of a key are near: a step along a chain is one access
 
     /// The key of an identifier, as first inserted.
     [[nodiscard]] const value_type &key(int32_t identifier) const { return entry(identifier).key; }

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <random>
 #include <vector>
 
 #include "cad/records.h"
 #include "cad_support.h"
 #include "support/failing_allocations.h"
+#include "tags/keys_support.h"
 
 namespace korvane::testing {
 namespace {
@@ -120,17 +120,9 @@ class Model {
   private:
     void store(int32_t id, const Record &record)
     {
-        int64_t sum = 0;
-        for (const int32_t field : record)
-            sum = wrapped(sum + field);
-        auto &bucket = buckets[id][static_cast<std::size_t>((sum < 0 ? -sum : sum) % 3)];
+        auto &bucket = buckets[id][naive_bucket(record, 3)];
         if (std::find(bucket.begin(), bucket.end(), record) == bucket.end())
             bucket.push_back(record);
-    }
-    static int64_t wrapped(int64_t sum)
-    {
-        constexpr int64_t range = int64_t{1} << 32;
-        return sum > INT32_MAX ? sum - range : sum < INT32_MIN ? sum + range : sum;
     }
 
     std::map<int32_t, std::array<std::vector<Record>, 3>> buckets;
@@ -147,17 +139,11 @@ TYPED_TEST_SUITE(Periodicity, Kinds);
 
 TYPED_TEST(Periodicity, BehavesAsItsModel)
 {
-    std::mt19937 engine(20110806);
-    const auto identifier = [&](uint32_t bound) {
-        static constexpr int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30};
-        if (engine() % 10 == 0)
-            return extremes[engine() % std::size(extremes)];
-        return static_cast<int32_t>(engine() % (2 * bound + 1)) - static_cast<int32_t>(bound);
-    };
+    Integers identifier;
     Model<TypeParam> model;
     for (int step = 0; step < 6000; ++step) {
         // Few identifiers at first, later enough for every array of the table to grow several times.
-        const uint32_t bound = step < 1000 ? 3 : 400;
+        const int32_t bound = step < 1000 ? 3 : 400;
         const std::array<int32_t, 5> declaration = {
             identifier(2), identifier(bound), identifier(2), identifier(bound), identifier(1)};
         ASSERT_EQ(TypeParam::add(this->cad, declaration), STATUS_OK);
@@ -167,7 +153,7 @@ TYPED_TEST(Periodicity, BehavesAsItsModel)
     }
     for (int32_t id = -401; id <= 401; ++id)
         EXPECT_EQ(records_of<TypeParam>(this->cad, id), model.records_of(id));
-    for (const int32_t id : {INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30})
+    for (const int32_t id : Integers::extremes)
         EXPECT_EQ(records_of<TypeParam>(this->cad, id), model.records_of(id));
 }
 
@@ -354,7 +340,7 @@ TEST_F(Cad, PeriodicityOfOneKindIsNotThatOfAnother)
 template <class Table>
 void expect_room(const Table &table, int32_t identifiers, int32_t records)
 {
-    EXPECT_EQ(table.major.bucket_count, identifiers);
+    EXPECT_EQ(table.major.bucket_count, static_cast<uint32_t>(identifiers));
     EXPECT_EQ(table.major.capacity, identifiers);
     EXPECT_EQ(table.minor_keys.capacity, records);
     EXPECT_EQ(table.minor_bucket_count, 3);
@@ -377,7 +363,7 @@ TEST_F(Cad, PeriodicityTablesGrowByTheIdentifierAndTheRecordThatFindNoRoom)
         ASSERT_EQ(korvane_cad_add_face_periodicity(cad, 1, id), STATUS_OK);
     EXPECT_EQ(cad->face_id_periodicity->major.capacity, 20 + 21);
     EXPECT_EQ(cad->face_id_periodicity->row_count, 20 + 21);
-    EXPECT_EQ(cad->face_id_periodicity->major.bucket_count, 20);
+    EXPECT_EQ(cad->face_id_periodicity->major.bucket_count, 20u);
     EXPECT_EQ(cad->face_id_periodicity->minor_keys.capacity, 60);
     for (int32_t id = 22; id <= 32; ++id)
         ASSERT_EQ(korvane_cad_add_face_periodicity(cad, 1, id), STATUS_OK);

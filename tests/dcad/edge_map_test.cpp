@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "support/failing_allocations.h"
+#include "tags/keys_support.h"
 
 namespace korvane::testing {
 namespace {
@@ -22,7 +23,7 @@ const korvane_cad_edge_t *edge_at(uint64_t address)
 std::vector<const korvane_cad_edge_t *> edges_by_bucket(const EdgeMap &map)
 {
     std::vector<const korvane_cad_edge_t *> edges;
-    for (const int32_t number : map.edges.by_bucket())
+    for (const int32_t number : identifiers_by_bucket(map.edges))
         edges.push_back(map.edges.key(number));
     return edges;
 }
@@ -53,7 +54,7 @@ TEST(EdgeMap, BehavesAsItsModel)
         }
         EXPECT_EQ(map.edges.count, std::ssize(model));
         EXPECT_EQ(map.edges.capacity, room);
-        EXPECT_EQ(map.edges.bucket_count, capacity);
+        EXPECT_EQ(map.edges.bucket_count, static_cast<uint32_t>(capacity));
         EXPECT_EQ(std::ssize(map.values), room + 1);
         for (const auto &[low, discretization] : model)
             EXPECT_EQ(map.find(edge_at(low)), discretization);
@@ -97,7 +98,7 @@ TEST(EdgeMap, TheThirdEdgeOfAMapForTwoGrowsItTo23)
     ASSERT_NE(map.try_add(edge_at(24)), nullptr);
     EXPECT_EQ(map.edges.capacity, 23);
     EXPECT_EQ(map.values.size(), 24u);
-    EXPECT_EQ(map.edges.bucket_count, 2);
+    EXPECT_EQ(map.edges.bucket_count, 2u);
 }
 
 TEST(EdgeMap, SurvivesFailingAllocations)

@@ -1,13 +1,13 @@
 #include "tags/tuple_set.h"
 
 #include <map>
-#include <random>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "support/failing_allocations.h"
+#include "tags/keys_support.h"
 #include "tags/tuple_shapes.h"
 
 namespace korvane::testing {
@@ -21,7 +21,8 @@ class Model {
     using MinorKey = typename Set::MinorKey;
 
     Model(int32_t major_capacity, int32_t minor_bucket_count, int32_t tuples_per_major_key)
-        : major_room(major_capacity), room(major_capacity * tuples_per_major_key), width(minor_bucket_count)
+        : major_room(major_capacity), room(major_capacity * tuples_per_major_key),
+          width(static_cast<std::size_t>(minor_bucket_count))
     {}
 
     int32_t insert(const MajorKey &major_key, const MinorKey &minor_key)
@@ -33,7 +34,7 @@ class Model {
             room = std::max(room + 11, static_cast<int32_t>(room * 1.2));
         minor_keys.push_back(minor_key);
         const auto number = static_cast<int32_t>(minor_keys.size());
-        rows[major_key][bucket_of(minor_key)].push_back(number);
+        rows[major_key][naive_bucket(minor_key, width)].push_back(number);
         return numbers[{major_key, minor_key}] = number;
     }
 
@@ -76,54 +77,28 @@ class Model {
         EXPECT_EQ(listed, expected);
         EXPECT_EQ(set.row_length(major_identifier), std::ssize(expected));
     }
-    int64_t bucket_of(const MinorKey &key) const
-    {
-        int64_t sum = 0;
-        for (const int32_t integer : key)
-            sum += integer;
-        sum &= 0xffffffff;
-        return std::min(sum, (int64_t{1} << 32) - sum) % width;
-    }
 
     std::map<std::pair<MajorKey, MinorKey>, int32_t> numbers;
     std::vector<MajorKey> majors;
     std::vector<MinorKey> minor_keys;
-    std::map<MajorKey, std::map<int64_t, std::vector<int32_t>>> rows; // by bucket
+    std::map<MajorKey, std::map<std::size_t, std::vector<int32_t>>> rows; // by bucket
     int32_t major_room;
     int32_t room;
-    int32_t width;
-};
-
-/// Random keys of few different integers, some of them as large as can be.
-class Keys {
-  public:
-    template <std::size_t N>
-    std::array<int32_t, N> next()
-    {
-        static constexpr int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30};
-        std::array<int32_t, N> key;
-        for (int32_t &integer : key) {
-            integer = static_cast<int32_t>(engine() % 13) - 6;
-            if (engine() % 8 == 0)
-                integer = extremes[engine() % std::size(extremes)];
-        }
-        return key;
-    }
-
-  private:
-    std::mt19937 engine{20110803};
+    std::size_t width;
 };
 
 template <class Set>
 class TupleSet : public ::testing::Test {
   protected:
-    static typename Set::MajorKey next_major(Keys &keys)
+    static constexpr int32_t bound = 6; // so that keys come again
+
+    static typename Set::MajorKey next_major(Integers &integers)
     {
-        return keys.next<std::tuple_size_v<typename Set::MajorKey>>();
+        return random_key<typename Set::MajorKey>(integers, bound);
     }
-    static typename Set::MinorKey next_minor(Keys &keys)
+    static typename Set::MinorKey next_minor(Integers &integers)
     {
-        return keys.next<std::tuple_size_v<typename Set::MinorKey>>();
+        return random_key<typename Set::MinorKey>(integers, bound);
     }
 };
 using Shapes = ::testing::Types<tag_pair_set_t, point_periodicity_set_t, edge_periodicity_set_t>;
@@ -131,7 +106,7 @@ TYPED_TEST_SUITE(TupleSet, Shapes);
 
 TYPED_TEST(TupleSet, BehavesAsItsModel)
 {
-    Keys keys;
+    Integers integers;
     for (const int32_t minor_bucket_count : {1, 2, 3, 10}) {
         for (const int32_t major_capacity : {0, 1, 5, 100}) {
             for (const int32_t tuples_per_major_key : {0, 1, 4}) {
@@ -140,8 +115,8 @@ TYPED_TEST(TupleSet, BehavesAsItsModel)
                 ASSERT_NE(set, nullptr);
                 Model<TypeParam> model(major_capacity, minor_bucket_count, tuples_per_major_key);
                 for (int i = 0; i < 150; ++i) {
-                    const auto major_key = this->next_major(keys);
-                    const auto minor_key = this->next_minor(keys);
+                    const auto major_key = this->next_major(integers);
+                    const auto minor_key = this->next_minor(integers);
                     ASSERT_EQ(
                         tuple_set_insert(*set, major_key, minor_key), model.insert(major_key, minor_key));
                 }
@@ -163,15 +138,15 @@ TYPED_TEST(TupleSet, CreationSurvivesFailingAllocations)
 TYPED_TEST(TupleSet, FailedInsertionLeavesAtMostTheMajorKey)
 {
     oom_sweep([this](AllocationFault &fault) {
-        Keys keys;
+        Integers integers;
         const Owned<TypeParam> set = tuple_set_new<TypeParam>(3, 2, 2, 0);
         ASSERT_NE(set, nullptr);
         Model<TypeParam> model(2, 2, 0);
         fault.arm();
         int refused = 0;
         for (int i = 0; i < 60; ++i) {
-            const auto major_key = this->next_major(keys);
-            const auto minor_key = this->next_minor(keys);
+            const auto major_key = this->next_major(integers);
+            const auto minor_key = this->next_minor(integers);
             const int32_t identifier = tuple_set_insert(*set, major_key, minor_key);
             if (identifier != 0) {
                 ASSERT_EQ(identifier, model.insert(major_key, minor_key));
@@ -185,8 +160,8 @@ TYPED_TEST(TupleSet, FailedInsertionLeavesAtMostTheMajorKey)
         EXPECT_EQ(fault.disarm(), refused > 0);
         model.expect_same(*set);
         for (int i = 0; i < 60; ++i) {
-            const auto major_key = this->next_major(keys);
-            const auto minor_key = this->next_minor(keys);
+            const auto major_key = this->next_major(integers);
+            const auto minor_key = this->next_minor(integers);
             ASSERT_EQ(tuple_set_insert(*set, major_key, minor_key), model.insert(major_key, minor_key));
         }
         model.expect_same(*set);
@@ -196,12 +171,12 @@ TYPED_TEST(TupleSet, FailedInsertionLeavesAtMostTheMajorKey)
 TYPED_TEST(TupleSet, CloneIsIndependent)
 {
     oom_sweep([this](AllocationFault &fault) {
-        Keys keys;
+        Integers integers;
         const Owned<TypeParam> set = tuple_set_new<TypeParam>(3, 2, 2, 0);
         Model<TypeParam> model(2, 2, 0);
         const auto insert = [&](TypeParam &target) {
-            const auto major_key = this->next_major(keys);
-            const auto minor_key = this->next_minor(keys);
+            const auto major_key = this->next_major(integers);
+            const auto minor_key = this->next_minor(integers);
             ASSERT_EQ(tuple_set_insert(target, major_key, minor_key), model.insert(major_key, minor_key));
         };
         for (int i = 0; i < 60; ++i)
@@ -257,10 +232,12 @@ TEST(TupleSetCreation, ReservesWhatIsAskedFor)
     EXPECT_EQ(set->row_count, 30);
 }
 
-TEST(TupleSetCreation, DeletionAcceptsNull)
+TEST(TupleSetDeletion, LeavesNothingAndAcceptsNull)
 {
+    const int64_t live_before = live_block_count();
     tuple_set_delete<tag_pair_set_t>(nullptr);
     tuple_set_delete(tuple_set_new<tag_pair_set_t>(1, 1, 1, 1).release());
+    EXPECT_EQ(live_block_count(), live_before);
 }
 
 TEST(TupleSetGrowth, IsAtLeastElevenAndAFifth)
