@@ -2,10 +2,10 @@
 // that scanners and formatters work on memory and every byte is copied once.
 //
 // Reading: the bytes at hand are [cursor, limit), zeros follow them, and some bytes may be read before them.
-// `fetch` brings more bytes behind those
-// at hand. What a file holds is fixed when it is opened: bytes that appear later, and endless devices, do not
-// exist. Writing: `room` gives space at the end of the block, `commit` takes it over. The first error is
-// remembered and nothing is written after it. Positions are 64 bits.
+// `fetch` brings more bytes behind those at hand. What a file holds is fixed when it is opened: bytes that
+// appear later, and endless devices, do not exist. Writing: `room` gives space at the end of the block,
+// `commit` takes it over. The first error is remembered and nothing is written after it. Positions are 64
+// bits.
 #pragma once
 
 #include <algorithm>

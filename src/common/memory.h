@@ -28,7 +28,7 @@ template <class T>
 {
     static_assert(std::is_nothrow_default_constructible_v<T>);
     static_assert(alignof(T) <= alignof(std::max_align_t));
-    void *block = std::calloc(1, sizeof(T));
+    void *block = allocate_zeroed(sizeof(T));
     return block == nullptr ? nullptr : ::new (block) T();
 }
 
@@ -38,7 +38,7 @@ void destroy(T *object)
     if (object == nullptr)
         return;
     object->~T();
-    std::free(object);
+    free_block(object);
 }
 
 struct Destroyer {
