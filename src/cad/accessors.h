@@ -111,8 +111,8 @@ void put_output(Value *output, Value value)
         *output = value;
 }
 
-/// Writes an output in the parameter plane, unless it is null.
-inline void put_pair(double *output, double u, double v)
+/// Writes an output in the parameter plane, a point or a derivative, unless it is null.
+inline void put_uv(double *output, double u, double v)
 {
     if (output == nullptr)
         return;

@@ -4,7 +4,7 @@
 // the list doubles from one place on, so that adding is amortised constant time.
 #include "cad/id_list.h"
 
-#include "cad/doubling.h"
+#include "cad/list_growth.h"
 
 namespace korvane {
 

@@ -33,7 +33,7 @@
 
 #include <utility>
 
-#include "cad/doubling.h"
+#include "cad/list_growth.h"
 #include "cad/teardown.h"
 #include "cad/units.h"
 #include "common/try.h"

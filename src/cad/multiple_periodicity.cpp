@@ -10,6 +10,7 @@
 #include <cstddef>
 
 #include "cad/affine_fit.h"
+#include "cad/list_growth.h"
 #include "cad/records.h"
 #include "common/memory.h"
 
@@ -58,22 +59,12 @@ struct IdLists {
     return record;
 }
 
-[[nodiscard]] bool try_make_place(korvane_cad_t &cad, const Kind &kind)
-{
-    if (cad.*kind.count < cad.*kind.capacity)
-        return true;
-    const int64_t grown = grown_multiple_periodicity_capacity(cad.*kind.capacity);
-    if (grown > INT32_MAX || !(cad.*kind.records).try_resize_zeroed(static_cast<std::size_t>(grown)))
-        return false;
-    cad.*kind.capacity = static_cast<int32_t>(grown);
-    return true;
-}
-
 /// The last record of the list, after it was added, or null if memory runs out.
 [[nodiscard]] MultiplePeriodicity *try_add(korvane_cad_t &cad, const Kind &kind, const IdLists &ids)
 {
     Owned<MultiplePeriodicity> record = try_create_record(ids);
-    if (!record || !try_make_place(cad, kind))
+    if (!record || !try_make_place<grown_multiple_periodicity_capacity>(
+                       cad.*kind.records, cad.*kind.capacity, cad.*kind.count))
         return nullptr;
     cad.generic_buffer_size =
         std::max(cad.generic_buffer_size, id_list_bytes(std::max(ids.source_count, ids.target_count)));

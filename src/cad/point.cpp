@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "cad/accessors.h"
-#include "cad/doubling.h"
+#include "cad/list_growth.h"
 #include "common/memory.h"
 #include "common/try.h"
 

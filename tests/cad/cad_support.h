@@ -117,6 +117,14 @@ Value got(korvane_status_t (*getter)(const Object *, Value *), const Object *obj
     return value;
 }
 
+/// The interval of an edge.
+inline std::array<double, 2> range_of(const korvane_cad_edge_t *edge)
+{
+    std::array<double, 2> range = {-99, -99};
+    EXPECT_EQ(korvane_cad_edge_get_range(edge, &range[0], &range[1]), STATUS_OK);
+    return range;
+}
+
 /// A context with a model, which goes with it. A test leaves no memory behind.
 class Cad : public ::testing::Test {
   protected:

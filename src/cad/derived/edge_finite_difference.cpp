@@ -48,14 +48,14 @@ korvane_status_t differentiate_twice(const FiniteDifference &record, double t, d
     } else if (t - 2 * h >= record.tmin) {
         at = {t, t - h, t - 2 * h};
     } else {
-        put_pair(dtt, 0, 0);
+        put_uv(dtt, 0, 0);
         return STATUS_ERROR;
     }
     Position a, b, c;
     TRY(locate(record, at[0], a));
     TRY(locate(record, at[1], b));
     TRY(locate(record, at[2], c));
-    put_pair(dtt, (c[0] - 2 * b[0] + a[0]) / (h * h), (c[1] - 2 * b[1] + a[1]) / (h * h));
+    put_uv(dtt, (c[0] - 2 * b[0] + a[0]) / (h * h), (c[1] - 2 * b[1] + a[1]) / (h * h));
     return STATUS_OK;
 }
 
@@ -75,13 +75,13 @@ korvane_status_t differentiate(const FiniteDifference &record, double t, double 
         later = t;
         earlier = t - h;
     } else {
-        put_pair(dt, 0, 0);
+        put_uv(dt, 0, 0);
         return STATUS_ERROR;
     }
     Position after, before;
     TRY(locate(record, later, after));
     TRY(locate(record, earlier, before));
-    put_pair(dt, (after[0] - before[0]) / h, (after[1] - before[1]) / h);
+    put_uv(dt, (after[0] - before[0]) / h, (after[1] - before[1]) / h);
     return STATUS_OK;
 }
 

@@ -99,15 +99,15 @@ korvane_status_t evaluate(double t, double *uv, double *dt, double *dtt, void *u
         const double a = fraction(polyline, segment, t);
         const double *from = &polyline.uv[2 * segment.lo];
         const double *to = &polyline.uv[2 * segment.hi];
-        put_pair(uv, (1 - a) * from[0] + a * to[0], (1 - a) * from[1] + a * to[1]);
+        put_uv(uv, (1 - a) * from[0] + a * to[0], (1 - a) * from[1] + a * to[1]);
     }
     if (dt != nullptr) {
         const Vector first = slope(polyline, segment.lo, segment.hi);
-        put_pair(dt, first[0], first[1]);
+        put_uv(dt, first[0], first[1]);
     }
     if (dtt != nullptr) {
         const Vector second = second_derivative(polyline, segment);
-        put_pair(dtt, second[0], second[1]);
+        put_uv(dtt, second[0], second[1]);
     }
     return STATUS_OK;
 }

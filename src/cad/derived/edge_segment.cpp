@@ -23,9 +23,9 @@ struct Segment {
 korvane_status_t evaluate(double t, double *uv, double *dt, double *dtt, void *user_data)
 {
     const auto &[start_u, start_v, end_u, end_v] = *static_cast<const Segment *>(user_data);
-    put_pair(uv, (1 - t) * start_u + t * end_u, (1 - t) * start_v + t * end_v);
-    put_pair(dt, end_u - start_u, end_v - start_v);
-    put_pair(dtt, 0, 0);
+    put_uv(uv, (1 - t) * start_u + t * end_u, (1 - t) * start_v + t * end_v);
+    put_uv(dt, end_u - start_u, end_v - start_v);
+    put_uv(dtt, 0, 0);
     return STATUS_OK;
 }
 

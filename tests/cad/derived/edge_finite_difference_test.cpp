@@ -37,11 +37,7 @@ TEST_F(EdgeFiniteDifference, HasApproximateDerivatives)
 {
     korvane_cad_edge_t *edge = make(0, 2);
     EXPECT_EQ(got(korvane_cad_edge_get_wdef, edge), 0);
-    double tmin = 9;
-    double tmax = 9;
-    korvane_cad_edge_get_range(edge, &tmin, &tmax);
-    EXPECT_EQ(tmin, 0);
-    EXPECT_EQ(tmax, 2);
+    EXPECT_EQ(range_of(edge), (std::array<double, 2>{0, 2}));
     for (const double t : {0.0, 0.001, 0.7, 1.0, 1.9999, 2.0}) {
         const CurveValues values = evaluate(edge, t);
         ASSERT_EQ(values.status, STATUS_OK);

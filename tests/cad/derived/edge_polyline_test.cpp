@@ -22,12 +22,6 @@ class EdgePolyline : public Cad {
             points[0].data(), edges.empty() ? nullptr : edges.data(),
             params.empty() ? nullptr : params.data());
     }
-    static Uv range(const korvane_cad_edge_t *edge)
-    {
-        Uv bounds{};
-        EXPECT_EQ(korvane_cad_edge_get_range(edge, &bounds[0], &bounds[1]), STATUS_OK);
-        return bounds;
-    }
     struct Origin {
         korvane_status_t status = STATUS_OK;
         korvane_cad_edge_t *edge = nullptr;
@@ -55,7 +49,7 @@ class EdgePolyline : public Cad {
 TEST_F(EdgePolyline, IsParametrisedByChordLength)
 {
     korvane_cad_edge_t *edge = polyline({{0, 0}, {3, 4}, {3, 10}});
-    EXPECT_EQ(range(edge), (Uv{0, 11}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 11}));
     EXPECT_EQ(evaluate(edge, 5).uv, (Uv{3, 4}));
     EXPECT_EQ(evaluate(edge, 5).dt, (Uv{0, 1})) << "of the second segment";
     const CurveValues values = evaluate(edge, 2.5);
@@ -83,7 +77,7 @@ TEST_F(EdgePolyline, OfTwoPointsHasNoCurvature)
 TEST_F(EdgePolyline, OfOnePointStaysThere)
 {
     korvane_cad_edge_t *edge = polyline({{3, 4}});
-    EXPECT_EQ(range(edge), (Uv{0, 0}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 0}));
     for (const double t : {-1.0, 0.0, 2.5}) {
         const CurveValues values = evaluate(edge, t);
         EXPECT_EQ(values.status, STATUS_OK);
@@ -103,7 +97,7 @@ TEST_F(EdgePolyline, HasAFixedFactorOnSegmentsWithoutLength)
 
     // No length is counted between different edges, although the points are apart.
     korvane_cad_edge_t *apart = polyline({{0, 0}, {1, 2}, {2, 2}}, {e1, e2, e2}, {});
-    EXPECT_EQ(range(apart), (Uv{0, 1}));
+    EXPECT_EQ(range_of(apart), (Uv{0, 1}));
     EXPECT_EQ(evaluate(apart, -0.5).uv, (Uv{0, 0}));
     EXPECT_EQ(evaluate(apart, -0.5).dt, (Uv{10000, 20000}));
 }
@@ -112,7 +106,7 @@ TEST_F(EdgePolyline, CountsNoLengthWhereTheOriginalEdgeChanges)
 {
     const std::vector<Uv> points{{0, 0}, {3, 4}, {3, 10}, {4, 10}};
     korvane_cad_edge_t *edge = polyline(points, {e1, e1, e2, e2}, {});
-    EXPECT_EQ(range(edge), (Uv{0, 6}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 6}));
     EXPECT_EQ(evaluate(edge, 5).uv, (Uv{3, 10})) << "of two points at 5 the later one";
     EXPECT_EQ(origin(edge, 5), (Origin{STATUS_OK, edge, 5, 5, 5})) << "without parameters it is itself";
 }
@@ -141,7 +135,7 @@ TEST_F(EdgePolyline, ItsSecondRunBeginsAtItsFirstPoint)
     // The abscissas are 0, 1, 3, 3, 5, 9: no length is counted from the third point to the fourth.
     const std::vector<Uv> points{{0, 0}, {1, 0}, {3, 0}, {3, 5}, {3, 7}, {3, 11}};
     korvane_cad_edge_t *edge = polyline(points, {e1, e1, e1, e2, e2, e2}, {10, 20, 40, 7, 5, 1});
-    EXPECT_EQ(range(edge), (Uv{0, 9}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 9}));
     EXPECT_EQ(origin(edge, -1), (Origin{STATUS_OK, e1, 0, 10, 20})) << "extrapolated";
     EXPECT_EQ(origin(edge, 0), (Origin{STATUS_OK, e1, 10, 10, 20}));
     EXPECT_EQ(origin(edge, 0.5), (Origin{STATUS_OK, e1, 15, 10, 20}));
@@ -160,7 +154,7 @@ TEST_F(EdgePolyline, RunsOfSinglePointsAreFoundToo)
 {
     // Only here does t lie on a segment between two edges: before the first or behind the last point.
     korvane_cad_edge_t *edge = polyline({{0, 0}, {1, 0}, {3, 0}, {5, 0}}, {e1, e2, e2, e1}, {4, 5, 6, 8});
-    EXPECT_EQ(range(edge), (Uv{0, 2}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 2}));
     EXPECT_EQ(origin(edge, -1), (Origin{STATUS_OK, e1, 4, 4, 5})) << "of a segment of no length its start";
     EXPECT_EQ(origin(edge, 0), (Origin{STATUS_OK, e2, 5, 5, 6}));
     EXPECT_EQ(origin(edge, 1), (Origin{STATUS_OK, e2, 5.5, 5, 6}));
@@ -203,7 +197,7 @@ TEST_F(EdgePolyline, TakesOneReferencePerRun)
     EXPECT_EQ(cad->reference_count, references + 1 + 3);
     EXPECT_EQ(origin(edge, 0.5).edge, e1);
     EXPECT_EQ(origin(edge, 2.5).edge, e1);
-    EXPECT_EQ(range(edge), (Uv{0, 2}));
+    EXPECT_EQ(range_of(edge), (Uv{0, 2}));
 }
 
 TEST_F(EdgePolyline, RefusesNullAndTooFewPoints)
@@ -296,7 +290,7 @@ TEST_F(EdgePolyline, AgreesWithItsDefinitionOnRandomPolylines)
             s[i] = s[i - 1] + (edges[i] == edges[i - 1] ? std::sqrt(du * du + dv * dv) : 0);
         }
         korvane_cad_edge_t *edge = polyline(points, edges, {});
-        ASSERT_EQ(range(edge), (Uv{0, s.back()}));
+        ASSERT_EQ(range_of(edge), (Uv{0, s.back()}));
         std::vector<double> places(s);
         for (int i = 0; i < 10; ++i)
             places.push_back(unit(random) * (s.back() + 0.1));

@@ -37,11 +37,7 @@ TEST_F(EdgeSegment, MeetsItsEndPointsExactly)
 
 TEST_F(EdgeSegment, HasTheUnitIntervalAndItself)
 {
-    double tmin = 9;
-    double tmax = 9;
-    korvane_cad_edge_get_range(edge, &tmin, &tmax);
-    EXPECT_EQ(tmin, 0);
-    EXPECT_EQ(tmax, 1);
+    EXPECT_EQ(range_of(edge), (std::array<double, 2>{0, 1}));
     EXPECT_EQ(got(korvane_cad_edge_get_id, edge), 77u);
     EXPECT_EQ(got(korvane_cad_edge_get_wdef, edge), 1);
     korvane_cad_edge_t *original = nullptr;

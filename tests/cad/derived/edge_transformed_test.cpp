@@ -77,11 +77,7 @@ TEST_F(EdgeTransformed, TakesOverTheStatedFieldsOnly)
         source, [](double, double *, void *) { return korvane_status_t{STATUS_OK}; }, nullptr);
     korvane_cad_edge_set_support_vertex_count(source, 2);
     korvane_cad_edge_t *edge = derive(face, source);
-    double tmin = 0;
-    double tmax = 0;
-    korvane_cad_edge_get_range(edge, &tmin, &tmax);
-    EXPECT_EQ(tmin, 0.25);
-    EXPECT_EQ(tmax, 2.5);
+    EXPECT_EQ(range_of(edge), (std::array<double, 2>{0.25, 2.5}));
     EXPECT_EQ(got(korvane_cad_edge_get_id, edge), 77u);
     EXPECT_EQ(got(korvane_cad_edge_get_tag, edge), 5u);
     EXPECT_EQ(got(korvane_cad_edge_get_orientation, edge), -1);
