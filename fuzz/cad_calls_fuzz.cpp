@@ -10,9 +10,11 @@
 #include <korvane.h>
 
 #include "script.h"
+#include "support/cad_handles.h"
 
 namespace {
 
+using namespace korvane::testing;
 using korvane::fuzz::require;
 using korvane::fuzz::Script;
 
@@ -64,11 +66,8 @@ struct Unit {
     bool is_lent = false; // other units hold references, or evaluate it
 };
 
-struct Object {
-    Unit *unit;
-    korvane_cad_t *cad = nullptr; // one of the three
-    korvane_cad_face_t *face = nullptr;
-    korvane_cad_edge_t *edge = nullptr;
+struct Object : CadHandle {
+    Unit *unit = nullptr;
     bool is_part = false;
     bool is_attached = false; // it was free-standing before: its copies go with the first handle
     bool is_image = false;    // an affine image, or the copy of one
@@ -114,24 +113,13 @@ class Client {
     template <class Condition>
     Object *pick(Condition condition)
     {
-        std::vector<Object *> found;
-        for (Object &object : objects)
-            if (object.unit->references > 0 && condition(object))
-                found.push_back(&object);
-        return found.empty() ? nullptr : found[script.choice(found.size())];
+        return pick_from(
+            objects, [&](const Object &object) { return object.unit->references > 0 && condition(object); },
+            [this](std::size_t count) { return script.choice(count); });
     }
-    Object *pick_model()
-    {
-        return pick([](const Object &object) { return object.cad != nullptr; });
-    }
-    Object *pick_face()
-    {
-        return pick([](const Object &object) { return object.face != nullptr; });
-    }
-    Object *pick_edge()
-    {
-        return pick([](const Object &object) { return object.edge != nullptr; });
-    }
+    Object *pick_model() { return pick(is_model); }
+    Object *pick_face() { return pick(is_face); }
+    Object *pick_edge() { return pick(is_edge); }
     Unit *new_unit() { return &units.emplace_back(); }
     /// Records a handle that was given, in the unit of its owner or in a new one.
     void record(Object object, const Object *owner)
@@ -144,17 +132,7 @@ class Client {
     static void remove(const Object &object)
     {
         --object.unit->references;
-        korvane_cad_delete(object.cad);
-        korvane_cad_face_delete(object.face);
-        korvane_cad_edge_delete(object.edge);
-    }
-    static korvane_cad_t *handle_of_model(const Object *object)
-    {
-        return object == nullptr ? nullptr : object->cad;
-    }
-    static korvane_cad_face_t *handle_of_face(const Object *object)
-    {
-        return object == nullptr ? nullptr : object->face;
+        object.give_back();
     }
 
     // -- Making
@@ -173,7 +151,7 @@ class Client {
         const Object *model = pick_model();
         Object face{};
         Data *own = Data::make(data);
-        face.face = korvane_cad_face_new(handle_of_model(model), script.byte(), surface, own);
+        face.face = korvane_cad_face_new(model_of(model), script.byte(), surface, own);
         if (face.face == nullptr) {
             require(model == nullptr);
             return Data::remove(own);
@@ -187,8 +165,8 @@ class Client {
         const Object *face = pick_face();
         Object edge{};
         Data *own = Data::make(data);
-        edge.edge = korvane_cad_edge_new(
-            handle_of_face(face), script.byte(), script.real(), script.real(), curve, own);
+        edge.edge =
+            korvane_cad_edge_new(face_of(face), script.byte(), script.real(), script.real(), curve, own);
         if (edge.edge == nullptr) {
             require(face == nullptr);
             return Data::remove(own);
@@ -202,8 +180,7 @@ class Client {
         const Object *face = script.chance() ? pick_face() : nullptr;
         const auto ends = script.reals<4>();
         Object edge{};
-        edge.edge =
-            korvane_cad_edge_new_segment(handle_of_face(face), script.byte(), ends.data(), ends.data() + 2);
+        edge.edge = korvane_cad_edge_new_segment(face_of(face), script.byte(), ends.data(), ends.data() + 2);
         record(edge, face);
     }
     void new_approximate()
@@ -211,7 +188,7 @@ class Client {
         const Object *face = pick_face();
         Object edge{};
         edge.edge = korvane_cad_edge_new0(
-            handle_of_face(face), script.byte(), script.real(), script.real(), location, nullptr);
+            face_of(face), script.byte(), script.real(), script.real(), location, nullptr);
         if (edge.edge != nullptr)
             record(edge, face);
     }
@@ -225,7 +202,7 @@ class Client {
         std::vector<korvane_cad_edge_t *> originals;
         for (std::size_t left = script.choice(6); left > 0; --left) {
             const Object *original = pick([&](const Object &object) {
-                return object.edge != nullptr && (object.unit->has_model || face->unit->has_model);
+                return is_edge(object) && (object.unit->has_model || face->unit->has_model);
             });
             if (original == nullptr)
                 break;
@@ -257,8 +234,8 @@ class Client {
         korvane_cad_face_clone(source->face); // that the new face takes over
         source->unit->is_lent = true;
         Object face{};
-        face.face = korvane_cad_face_new_pafftrans(handle_of_model(model), source->face, script.byte(),
-            numbers.data(), numbers.data() + 2, nullptr, 1);
+        face.face = korvane_cad_face_new_pafftrans(
+            model_of(model), source->face, script.byte(), numbers.data(), numbers.data() + 2, nullptr, 1);
         record(face, model);
     }
     void transform_edge()
@@ -272,21 +249,21 @@ class Client {
         Object edge{};
         edge.is_image = true;
         edge.edge = korvane_cad_edge_new_afftrans(
-            handle_of_face(face), source->edge, script.byte(), numbers.data(), numbers.data() + 2);
+            face_of(face), source->edge, script.byte(), numbers.data(), numbers.data() + 2);
         record(edge, face);
     }
     void copy_face()
     {
         const Object *original = pick_face();
         Object face{};
-        face.face = korvane_cad_face_new_copy(handle_of_face(original));
+        face.face = korvane_cad_face_new_copy(face_of(original));
         if (face.face != nullptr)
             record(face, nullptr);
     }
     void copy_edge()
     {
         const Object *original = pick([](const Object &object) {
-            return object.edge != nullptr && !object.is_image && !object.is_attached &&
+            return is_edge(object) && !object.is_image && !object.is_attached &&
                    (object.is_part || !object.unit->is_lent);
         });
         if (original == nullptr)
@@ -315,7 +292,7 @@ class Client {
     void attach_face()
     {
         Object *face = pick([](const Object &object) {
-            return object.face != nullptr && !object.is_part && !object.unit->is_lent &&
+            return is_face(object) && !object.is_part && !object.unit->is_lent &&
                    object.unit->references == 1;
         });
         const Object *model = pick_model();
@@ -328,7 +305,7 @@ class Client {
     void attach_edge()
     {
         Object *edge = pick([](const Object &object) {
-            return object.edge != nullptr && !object.is_part && !object.unit->is_lent &&
+            return is_edge(object) && !object.is_part && !object.unit->is_lent &&
                    object.unit->references == 1;
         });
         const Object *face = pick_face();
@@ -339,7 +316,7 @@ class Client {
     }
     void retain()
     {
-        const Object *object = pick([](const Object &each) { return each.cad == nullptr; });
+        const Object *object = pick([](const Object &each) { return !is_model(each); });
         if (object == nullptr)
             return;
         require(korvane_cad_face_clone(object->face) == object->face);
@@ -444,7 +421,7 @@ class Client {
             if (script.choice(4) == 0)
                 korvane_cad_face_reset_original_id(face->face);
             const Object *target = pick_face();
-            require(korvane_cad_face_clone_points(face->face, handle_of_face(target)) == STATUS_OK);
+            require(korvane_cad_face_clone_points(face->face, face_of(target)) == STATUS_OK);
         }
         if (const Object *edge = pick_edge(); edge != nullptr) {
             const auto numbers = script.reals<5>();

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "cad_support.h"
+#include "support/cad_handles.h"
 
 namespace korvane::testing {
 namespace {
@@ -59,10 +60,7 @@ korvane_status_t location(double t, double *uv, double *, double *, void *)
 enum class Kind { client, transformed, segment, polyline, polyline_copy, approximate };
 
 /// A model, face or edge, as the counting rules see it.
-struct Object {
-    korvane_cad_t *cad = nullptr; // one of the three
-    korvane_cad_face_t *face = nullptr;
-    korvane_cad_edge_t *edge = nullptr;
+struct Object : CadHandle {
     Kind kind = Kind::client;
     std::size_t context = 0; // of a model
     Object *owner = nullptr;
@@ -140,49 +138,14 @@ class Machine {
 
     void step()
     {
-        switch (random() % 24) {
-        case 0:
-            return new_model();
-        case 1:
-        case 2:
-            return new_face();
-        case 3:
-        case 4:
-        case 5:
-            return new_edge();
-        case 6:
-            return new_segment();
-        case 7:
-        case 8:
-            return new_polyline();
-        case 9:
-            return new_approximate();
-        case 10:
-        case 11:
-            return transform_face();
-        case 12:
-        case 13:
-            return transform_edge();
-        case 14:
-            return copy_face();
-        case 15:
-            return copy_edge();
-        case 16:
-            return attach_face();
-        case 17:
-            return attach_edge();
-        case 18:
-            return retain();
-        case 19:
-            return change_lists();
-        case 20:
-            if (random() % 8 == 0)
-                restart_context();
-            return;
-        default:
-            if (Object *object = pick([](const Object &) { return true; }); object != nullptr)
-                remove(*object);
-        }
+        static constexpr void (Machine::*steps[])() = {&Machine::new_model, &Machine::new_face,
+            &Machine::new_face, &Machine::new_edge, &Machine::new_edge, &Machine::new_edge,
+            &Machine::new_segment, &Machine::new_polyline, &Machine::new_polyline, &Machine::new_approximate,
+            &Machine::transform_face, &Machine::transform_face, &Machine::transform_edge,
+            &Machine::transform_edge, &Machine::copy_face, &Machine::copy_edge, &Machine::attach_face,
+            &Machine::attach_edge, &Machine::retain, &Machine::change_lists, &Machine::restart_context,
+            &Machine::remove_any, &Machine::remove_any, &Machine::remove_any};
+        (this->*steps[random() % std::size(steps)])();
     }
 
     /// Everything that the client can see must be as the model says.
@@ -207,25 +170,13 @@ class Machine {
     template <class Condition>
     Object *pick(Condition condition)
     {
-        std::vector<Object *> found;
-        for (Object &object : objects) {
-            if (!unit(object).ended && condition(object))
-                found.push_back(&object);
-        }
-        return found.empty() ? nullptr : found[random() % found.size()];
+        return pick_from(
+            objects, [&](Object &object) { return !unit(object).ended && condition(object); },
+            [this](std::size_t count) { return random() % count; });
     }
-    Object *pick_model()
-    {
-        return pick([](const Object &object) { return object.cad != nullptr; });
-    }
-    Object *pick_face()
-    {
-        return pick([](const Object &object) { return object.face != nullptr; });
-    }
-    Object *pick_edge()
-    {
-        return pick([](const Object &object) { return object.edge != nullptr; });
-    }
+    Object *pick_model() { return pick(is_model); }
+    Object *pick_face() { return pick(is_face); }
+    Object *pick_edge() { return pick(is_edge); }
     bool chance() { return random() % 2 == 0; }
 
     // -- The rules
@@ -251,9 +202,7 @@ class Machine {
     void remove(Object &object)
     {
         give_back(object);
-        korvane_cad_delete(object.cad);
-        korvane_cad_face_delete(object.face);
-        korvane_cad_edge_delete(object.edge);
+        object.give_back();
     }
 
     // -- Operations
@@ -294,8 +243,7 @@ class Machine {
         Object *face = chance() ? pick_face() : nullptr;
         Object edge;
         edge.kind = Kind::segment;
-        edge.edge = korvane_cad_edge_new_segment(
-            face == nullptr ? nullptr : face->face, 1, place.data(), place.data());
+        edge.edge = korvane_cad_edge_new_segment(face_of(face), 1, place.data(), place.data());
         record(std::move(edge), face);
     }
     void new_approximate()
@@ -352,7 +300,7 @@ class Machine {
         face.source = source;
         face.held = {source};
         face.face = korvane_cad_face_new_pafftrans(
-            model == nullptr ? nullptr : model->cad, source->face, 1, place.data(), place.data(), nullptr, 1);
+            model_of(model), source->face, 1, place.data(), place.data(), nullptr, 1);
         record(std::move(face), model);
     }
     void transform_edge()
@@ -364,8 +312,7 @@ class Machine {
         Object edge;
         edge.kind = Kind::transformed;
         edge.source = source;
-        edge.edge = korvane_cad_edge_new_afftrans(
-            face == nullptr ? nullptr : face->face, source->edge, 1, place.data(), place.data());
+        edge.edge = korvane_cad_edge_new_afftrans(face_of(face), source->edge, 1, place.data(), place.data());
         record(std::move(edge), face);
     }
     void copy_face()
@@ -401,7 +348,7 @@ class Machine {
     }
     void attach_face()
     {
-        Object *face = pick([](const Object &object) { return object.face && !object.owner; });
+        Object *face = pick([](const Object &object) { return is_face(object) && !object.owner; });
         Object *model = pick_model();
         if (face == nullptr || model == nullptr)
             return;
@@ -411,7 +358,7 @@ class Machine {
     }
     void attach_edge()
     {
-        Object *edge = pick([](const Object &object) { return object.edge && !object.owner; });
+        Object *edge = pick([](const Object &object) { return is_edge(object) && !object.owner; });
         Object *face = pick_face();
         if (edge == nullptr || face == nullptr)
             return;
@@ -421,7 +368,7 @@ class Machine {
     }
     void retain()
     {
-        Object *object = pick([](const Object &each) { return each.cad == nullptr; });
+        Object *object = pick([](const Object &each) { return !is_model(each); });
         if (object == nullptr)
             return;
         korvane_cad_face_clone(object->face);
@@ -451,8 +398,15 @@ class Machine {
         }
         korvane_context_delete(contexts[index]);
     }
+    void remove_any()
+    {
+        if (Object *object = pick([](const Object &) { return true; }); object != nullptr)
+            remove(*object);
+    }
     void restart_context()
     {
+        if (random() % 8 != 0)
+            return;
         const std::size_t index = random() % contexts.size();
         end_context(index);
         contexts[index] = korvane_context_new();
@@ -477,15 +431,13 @@ class Machine {
             expected);
         ASSERT_EQ(original, expected == STATUS_OK ? original_of(object).face : nullptr);
         ASSERT_EQ(got(korvane_cad_face_get_edge_count, object.face), std::ssize(object.parts));
-        ASSERT_EQ(got(korvane_cad_face_get_cad, object.face),
-            object.owner == nullptr ? nullptr : object.owner->cad);
+        ASSERT_EQ(got(korvane_cad_face_get_cad, object.face), model_of(object.owner));
     }
     static void check_edge(Object &object)
     {
         const korvane_status_t expected = is_evaluable(object) ? STATUS_OK : STATUS_ERROR;
         ASSERT_EQ(evaluate(object.edge, 0.5).status, expected);
-        ASSERT_EQ(got(korvane_cad_edge_get_face, object.edge),
-            object.owner == nullptr ? nullptr : object.owner->face);
+        ASSERT_EQ(got(korvane_cad_edge_get_face, object.edge), face_of(object.owner));
         Object &last = original_of(object);
         korvane_cad_edge_t *original = nullptr;
         const korvane_status_t status =
