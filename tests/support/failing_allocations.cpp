@@ -9,11 +9,8 @@ namespace {
 std::int64_t total = 0;
 std::int64_t total_bytes = 0;
 std::int64_t live = 0;
-bool armed = false;
-std::int64_t until_failure = 0;
-bool persistent = false;
-bool met = false;         // since the last arming
-bool met_in_body = false; // since the start of a sweep's body, which can arm several times
+korvane::testing::FailureCountdown countdown;
+bool met_in_body = false; // a failure since the start of a sweep's body, which can arm several times
 
 std::size_t limit = SIZE_MAX; // bytes of one allocation
 std::size_t refused_bytes = 0;
@@ -33,11 +30,7 @@ bool fails_now(std::size_t size)
     total_bytes += static_cast<std::int64_t>(size);
     if (exceeds_limit(size))
         return true;
-    if (!armed)
-        return false;
-    --until_failure;
-    const bool fails = until_failure == 0 || (persistent && until_failure < 0);
-    met = met || fails;
+    const bool fails = countdown.fails_now();
     met_in_body = met_in_body || fails;
     return fails;
 }
@@ -108,16 +101,12 @@ AllocationFault::~AllocationFault()
 
 void AllocationFault::arm()
 {
-    armed = true;
-    until_failure = ordinal;
-    persistent = failure == Failure::persistent;
-    met = false;
+    countdown.arm(ordinal, failure);
 }
 
 bool AllocationFault::disarm()
 {
-    armed = false;
-    return met;
+    return countdown.disarm();
 }
 
 AllocationLimit::AllocationLimit(std::size_t bytes)

@@ -6,12 +6,9 @@
 #include <cstdint>
 #include <functional>
 
-namespace korvane::testing {
+#include "support/failure.h"
 
-enum class Failure {
-    transient, // only the N-th allocation fails
-    persistent // the N-th and all after it fail
-};
+namespace korvane::testing {
 
 /// The failure of the N-th allocation between `arm` and `disarm`.
 class AllocationFault {

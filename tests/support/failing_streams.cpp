@@ -7,24 +7,17 @@
 
 namespace {
 
-using korvane::testing::Failure;
 using korvane::testing::Manner;
 using korvane::testing::StreamCall;
 using korvane::testing::StreamFault;
 
 const StreamFault *armed = nullptr;
-std::int64_t until_failure = 0;
-bool met = false;
+korvane::testing::FailureCountdown countdown;
 std::int64_t open_streams = 0;
 
 bool fails_now(StreamCall call)
 {
-    if (armed == nullptr || armed->call != call)
-        return false;
-    --until_failure;
-    const bool fails = until_failure == 0 || (armed->failure == Failure::persistent && until_failure < 0);
-    met = met || fails;
-    return fails;
+    return armed != nullptr && armed->call == call && countdown.fails_now();
 }
 
 /// How many of the items are read or written by a call that may be made to fail.
@@ -111,14 +104,13 @@ StreamFault::~StreamFault()
 void StreamFault::arm()
 {
     armed = this;
-    until_failure = ordinal;
-    met = false;
+    countdown.arm(ordinal, failure);
 }
 
 bool StreamFault::disarm()
 {
     armed = nullptr;
-    return met;
+    return countdown.disarm();
 }
 
 std::ostream &operator<<(std::ostream &stream, const StreamFault &fault)

@@ -6,7 +6,7 @@
 #include <functional>
 #include <ostream>
 
-#include "support/failing_allocations.h"
+#include "support/failure.h"
 
 namespace korvane::testing {
 

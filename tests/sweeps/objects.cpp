@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mesh/slots.h"
+#include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
 
 namespace korvane::testing {
@@ -368,10 +369,7 @@ korvane_status_t some_size(int32_t vertex, double *size, void *)
 
 korvane_status_t note_message(korvane_message_t *message, void *objects)
 {
-    int32_t number = 0;
-    const char *text = nullptr;
-    korvane_message_get_number(message, &number);
-    korvane_message_get_description(message, &text);
+    const auto [number, text] = recorded(message);
     static_cast<Objects *>(objects)->messages += std::to_string(number) + ' ' + text;
     return STATUS_OK;
 }

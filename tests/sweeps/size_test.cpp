@@ -82,7 +82,7 @@ TEST(LargestSizes, are_asked_for_without_wrapping_around_and_refused_without_a_t
             EXPECT_EQ(limit.refused(), request.bytes);
         }
         EXPECT_LE(live_block_count(), live_before) << "blocks stayed";
-        EXPECT_TRUE(objects.describe() == before);
+        EXPECT_TRUE(is_described_as(objects, before));
     }
 }
 

@@ -1,6 +1,7 @@
 // Readers and writers of files while operations on their streams fail one after the other.
 //
 // The files are longer than a block of the stream, so that reading and writing take several operations.
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 
 #include "common/file_stream.h"
 #include "io/gmf.h"
+#include "support/failing_allocations.h"
 #include "support/failing_streams.h"
 #include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
@@ -196,6 +198,24 @@ class FailingStreams : public ::testing::TestWithParam<Format> {
     }
     ~FailingStreams() override { expect_nothing_open(); }
 
+    /// Lets calls on streams fail while `attempt` works, which tells whether one did. No stream and no block
+    /// may stay.
+    static void sweep(const std::function<bool(StreamFault &)> &attempt)
+    {
+        int failures = 0;
+        stream_sweep([&](StreamFault &fault) {
+            SCOPED_TRACE(::testing::PrintToString(fault));
+            const std::int64_t live_before = live_block_count();
+            const bool failed = attempt(fault);
+            expect_nothing_open();
+            EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
+            failures += failed;
+            return failed;
+        });
+        EXPECT_GT(failures, 0);
+        RecordProperty("failures", failures);
+    }
+
     /// The messages and the status of a writer of which a call was made to fail.
     static void expect_failed_writing(StreamCall call, korvane_status_t status)
     {
@@ -243,10 +263,7 @@ class FailingStreamsOfWriters : public FailingStreams {};
 
 TEST_P(FailingStreamsOfWriters, lead_to_a_message_unless_all_was_written)
 {
-    int failures = 0;
-    stream_sweep([&](StreamFault &fault) {
-        SCOPED_TRACE(::testing::PrintToString(fault));
-        const std::int64_t live_before = live_block_count();
+    sweep([&](StreamFault &fault) {
         fault.arm();
         const korvane_status_t status = GetParam().write(written.c_str());
         const bool failed = fault.disarm();
@@ -256,23 +273,15 @@ TEST_P(FailingStreamsOfWriters, lead_to_a_message_unless_all_was_written)
         if (status == STATUS_OK) {
             EXPECT_TRUE(read_file(written) == content) << "not all was written";
         }
-        expect_nothing_open();
-        EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
-        failures += failed;
         return failed;
     });
-    EXPECT_GT(failures, 0);
-    RecordProperty("failures", failures);
 }
 
 class FailingStreamsOfReaders : public FailingStreams {};
 
 TEST_P(FailingStreamsOfReaders, lead_to_a_message_or_end_the_file)
 {
-    int failures = 0;
-    stream_sweep([&](StreamFault &fault) {
-        SCOPED_TRACE(::testing::PrintToString(fault));
-        const std::int64_t live_before = live_block_count();
+    sweep([&](StreamFault &fault) {
         const auto [was_read, failed] = GetParam().read(whole.c_str(), fault, again.c_str());
         if (failed) {
             expect_failed_reading(fault.call, was_read);
@@ -280,13 +289,8 @@ TEST_P(FailingStreamsOfReaders, lead_to_a_message_or_end_the_file)
             EXPECT_TRUE(was_read);
             EXPECT_TRUE(read_file(again) == content) << "not all was read";
         }
-        expect_nothing_open();
-        EXPECT_EQ(live_block_count(), live_before) << "blocks stayed";
-        failures += failed;
         return failed;
     });
-    EXPECT_GT(failures, 0);
-    RecordProperty("failures", failures);
 }
 
 std::string extension_of(const ::testing::TestParamInfo<Format> &format)
