@@ -15,8 +15,10 @@
 #include "io/byte_order.h"
 #include "io/gmf.h"
 #include "io/mesh_content.h"
+#include "mesh/slots.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
+#include "support/samples.h"
 #include "support/temporary_folder.h"
 
 namespace korvane::testing {
@@ -34,7 +36,7 @@ constexpr int rounds = 1000;
 std::vector<std::string> samples(bool binary_only)
 {
     std::vector<std::string> files;
-    const fs::path data = KORVANE_TEST_DATA;
+    const fs::path data = sample("");
     for (const fs::path &folder : {data, data / "bad"}) {
         for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
             const std::string extension = entry.path().extension();
@@ -47,9 +49,9 @@ std::vector<std::string> samples(bool binary_only)
     return files;
 }
 
-std::string test_name(const ::testing::TestParamInfo<std::string> &sample)
+std::string test_name(const ::testing::TestParamInfo<std::string> &info)
 {
-    std::string name = sample.param;
+    std::string name = info.param;
     std::replace_if(
         name.begin(), name.end(), [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
     return name;
@@ -58,14 +60,10 @@ std::string test_name(const ::testing::TestParamInfo<std::string> &sample)
 /// The largest count of a kind.
 int32_t largest_count(const korvane_mesh_t *mesh)
 {
-    using Getter = korvane_status_t (*)(const korvane_mesh_t *, int32_t *);
     int32_t largest = 0;
-    for (const Getter get_count : {Getter{korvane_mesh_get_vertex_count}, Getter{korvane_mesh_get_edge_count},
-             Getter{korvane_mesh_get_triangle_count}, Getter{korvane_mesh_get_quadrangle_count},
-             Getter{korvane_mesh_get_tetrahedron_count}, Getter{korvane_mesh_get_hexahedron_count},
-             Getter{korvane_mesh_get_pyramid_count}}) {
+    for (const CountAccessors &entity : counts) {
         int32_t count = -1;
-        EXPECT_EQ(get_count(mesh, &count), STATUS_OK);
+        EXPECT_EQ(entity.get(mesh, &count), STATUS_OK);
         EXPECT_GE(count, 0);
         largest = std::max(largest, count);
     }
@@ -88,7 +86,7 @@ class DamagedFile : public ::testing::TestWithParam<std::string> {
         ASSERT_NO_FATAL_FAILURE(is_mesh ? read_mesh(limit) : read_solution(limit));
     }
 
-    const std::string whole = read_file(fs::path(KORVANE_TEST_DATA) / GetParam());
+    const std::string whole = read_file(sample(GetParam()));
     const std::string file = "damaged" + fs::path(GetParam()).extension().string();
     TemporaryFolder folder;
     const std::string name = folder.name(file);

@@ -13,6 +13,7 @@
 #include "common/memory.h"
 #include "io/bytes.h"
 #include "support/failing_allocations.h"
+#include "support/samples.h"
 #include "support/temporary_folder.h"
 
 namespace korvane::testing {
@@ -429,22 +430,22 @@ TEST_F(Gmf, ManyLinesAtOnceAreAsLineByLine)
 }
 
 /// Reads the only solution of a sample and expects it to be `value(line, i)`.
-void expect_solution(const std::string &sample, int32_t code, const std::vector<int32_t> &types,
-    int32_t count, const std::function<double(int32_t, int32_t)> &value)
+void expect_solution(const std::string &file, int32_t code, const std::vector<int32_t> &types, int32_t count,
+    const std::function<double(int32_t, int32_t)> &value)
 {
-    const int32_t index = open(KORVANE_TEST_DATA "/" + sample);
-    ASSERT_NE(index, 0) << sample;
+    const int32_t index = open(sample(file));
+    ASSERT_NE(index, 0) << file;
     std::array<int32_t, GMF_MAX_TYPES> read_types{};
     int32_t type_count = 0;
     int32_t values = 0;
-    EXPECT_EQ(gmf_keyword_count(index, code, &type_count, &values, read_types.data()), count) << sample;
-    EXPECT_EQ(std::vector<int32_t>(read_types.begin(), read_types.begin() + type_count), types) << sample;
+    EXPECT_EQ(gmf_keyword_count(index, code, &type_count, &values, read_types.data()), count) << file;
+    EXPECT_EQ(std::vector<int32_t>(read_types.begin(), read_types.begin() + type_count), types) << file;
     std::vector<double> reals(static_cast<std::size_t>(values));
     gmf_seek_keyword(index, code);
     for (int32_t line = 0; line < count; ++line) {
         EXPECT_EQ(gmf_read_line(index, code, nullptr, reals.data()), 1);
         for (int32_t i = 0; i < values; ++i)
-            EXPECT_EQ(reals[static_cast<std::size_t>(i)], value(line, i)) << sample;
+            EXPECT_EQ(reals[static_cast<std::size_t>(i)], value(line, i)) << file;
     }
     gmf_close_file(index);
 }

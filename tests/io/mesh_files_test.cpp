@@ -10,6 +10,7 @@
 #include "io/mesh_content.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
+#include "support/samples.h"
 #include "support/temporary_folder.h"
 
 namespace korvane::testing {
@@ -30,12 +31,12 @@ std::vector<fs::path> mesh_files(const fs::path &folder)
 
 std::vector<fs::path> samples()
 {
-    return mesh_files(KORVANE_TEST_DATA);
+    return mesh_files(sample(""));
 }
 
 std::vector<fs::path> bad_samples()
 {
-    return mesh_files(fs::path(KORVANE_TEST_DATA) / "bad");
+    return mesh_files(sample("bad"));
 }
 
 class MeshFiles : public ::testing::Test {
@@ -44,7 +45,7 @@ class MeshFiles : public ::testing::Test {
 
     void expect_all_slots_free()
     {
-        const std::string name = fs::path(KORVANE_TEST_DATA) / "empty.mesh";
+        const std::string name = sample("empty.mesh");
         for (int i = 0; i < 120; ++i) {
             korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, name.c_str());
             EXPECT_NE(mesh, nullptr);
@@ -102,18 +103,17 @@ TEST_F(MeshFiles, PlaneSamplesAreRefused)
 {
     for (const char *file : {"plane-v2.mesh", "plane-v1-big.meshb"}) {
         context.messages.clear();
-        EXPECT_EQ(korvane_mesh_new_read_mesh(context, (fs::path(KORVANE_TEST_DATA) / file).c_str()), nullptr);
+        EXPECT_EQ(korvane_mesh_new_read_mesh(context, sample(file).c_str()), nullptr);
         EXPECT_EQ(context.text(), "korvane_mesh_new_read_mesh : Only 3d meshes are supported.\n");
     }
 }
 
 TEST_F(MeshFiles, TheSampleContentIsWrittenByteByByteAsItsMakerDoes)
 {
-    const fs::path data = KORVANE_TEST_DATA;
-    korvane_mesh_t *mesh = make_mesh(context, read_expected(data / "written.meshb.expected"));
+    korvane_mesh_t *mesh = make_mesh(context, read_expected(sample("written.meshb.expected")));
     for (const char *file : {"written.mesh", "written.meshb"}) {
         EXPECT_EQ(korvane_mesh_write_mesh(mesh, folder.name(file).c_str()), STATUS_OK);
-        EXPECT_EQ(read_file(folder.name(file)), read_file(data / file)) << file;
+        EXPECT_EQ(read_file(folder.name(file)), read_file(sample(file))) << file;
     }
 }
 
@@ -121,7 +121,7 @@ TEST_F(MeshFiles, NoSlotIsLostWhateverAllocationFails)
 {
     for (const char *file :
         {"all-v2.mesh", "all-v1-big.meshb", "plane-v2.mesh", "bad/chain-in-a-circle.meshb"}) {
-        const std::string name = fs::path(KORVANE_TEST_DATA) / file;
+        const std::string name = sample(file);
         oom_sweep([&](AllocationFault &fault) {
             RecordingContext own;
             fault.arm();
@@ -129,15 +129,22 @@ TEST_F(MeshFiles, NoSlotIsLostWhateverAllocationFails)
             fault.disarm();
             korvane_mesh_delete(mesh);
         });
+        expect_all_slots_free();
     }
 }
 
-TEST_F(MeshFiles, FilesOfOtherProgramsAreTheSameInTheOtherEncoding)
+class RealMeshFiles : public MeshFiles {
+  protected:
+    void SetUp() override
+    {
+        if (!has_real_files())
+            GTEST_SKIP() << "no files of other programs here";
+    }
+};
+
+TEST_F(RealMeshFiles, AreTheSameInTheOtherEncoding)
 {
-    const fs::path real_files = KORVANE_REAL_FILES;
-    if (!fs::exists(real_files))
-        GTEST_SKIP() << "no files of other programs here";
-    for (const fs::path &file : mesh_files(real_files)) {
+    for (const fs::path &file : mesh_files(real_file(""))) {
         korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, file.c_str());
         ASSERT_NE(mesh, nullptr) << file << ": " << context.text();
         const MeshContent content = content_of(mesh);
@@ -154,11 +161,8 @@ TEST_F(MeshFiles, FilesOfOtherProgramsAreTheSameInTheOtherEncoding)
     }
 }
 
-TEST_F(MeshFiles, FilesOfOtherProgramsHaveTheCountsThatTheyState)
+TEST_F(RealMeshFiles, HaveTheCountsThatTheyState)
 {
-    const fs::path real_files = KORVANE_REAL_FILES;
-    if (!fs::exists(real_files))
-        GTEST_SKIP() << "no files of other programs here";
     const struct {
         const char *name;
         std::array<int32_t, MeshContent::kinds> counts;
@@ -169,7 +173,7 @@ TEST_F(MeshFiles, FilesOfOtherProgramsHaveTheCountsThatTheyState)
         {"torus.mesh", {4351, 94, 2954, 0, 20067, 0, 0}},
     };
     for (const auto &file : files) {
-        korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, (real_files / file.name).c_str());
+        korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, real_file(file.name).c_str());
         ASSERT_NE(mesh, nullptr) << file.name;
         const MeshContent content = content_of(mesh);
         for (std::size_t kind = 0; kind < MeshContent::kinds; ++kind)

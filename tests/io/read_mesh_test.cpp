@@ -1,7 +1,5 @@
 #include <array>
 #include <climits>
-#include <clocale>
-#include <locale.h>
 #include <set>
 #include <string>
 
@@ -10,6 +8,7 @@
 
 #include "io/bytes.h"
 #include "io/mesh_content.h"
+#include "support/decimal_comma.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
@@ -36,12 +35,7 @@ class ReadMesh : public ::testing::Test {
         return mesh == nullptr ? MeshContent{} : content_of(mesh);
     }
 
-    void expect_message(int32_t number, const std::string &text)
-    {
-        ASSERT_EQ(context.messages.size(), 1u);
-        EXPECT_EQ(context.messages[0], (RecordedMessage{number, prefix + text}));
-        context.messages.clear();
-    }
+    void expect_message(int32_t number, const std::string &text) { context.expect(prefix, {{number, text}}); }
 
     TemporaryFolder folder;
     RecordingContext context;
@@ -161,19 +155,10 @@ TEST_F(ReadMesh, AHugeCountInATinyFileCostsLittle)
 
 TEST_F(ReadMesh, IsIndependentOfTheLocale)
 {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
-        GTEST_SKIP() << "no locale with a decimal comma here";
     const std::string text = header + "Vertices 1 0.5 1.25e1 0x1.8p0 4";
     const std::vector<double> expected = {0.5, 12.5, 1.5};
-    EXPECT_EQ(content(text).entities[0].coordinates, expected);
-    std::setlocale(LC_ALL, before.c_str());
-
-    const locale_t comma = newlocale(LC_ALL_MASK, "de_DE.UTF-8", locale_t{});
-    const locale_t used = uselocale(comma);
-    EXPECT_EQ(content(text).entities[0].coordinates, expected);
-    uselocale(used);
-    freelocale(comma);
+    if (!try_with_decimal_comma([&] { EXPECT_EQ(content(text).entities[0].coordinates, expected); }))
+        GTEST_SKIP() << "no locale with a decimal comma here";
 }
 
 TEST_F(ReadMesh, SurvivesFailingAllocations)
@@ -212,18 +197,22 @@ TEST_F(ReadMesh, SurvivesFailingAllocations)
 
 TEST_F(ReadMesh, RunningOutOfMemoryHasItsNumber)
 {
+    int told = 0;
     const std::string name = folder.write("a.mesh", header + "Vertices 1 1 2 3 4");
     for (std::int64_t ordinal = 1; ordinal < 20; ++ordinal) {
         AllocationFault fault(ordinal, Failure::transient);
         fault.arm();
         korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, name.c_str());
         fault.disarm();
-        for (const RecordedMessage &message : context.messages)
-            EXPECT_EQ(message.number,
-                message.text.find("opening") == std::string::npos ? STATUS_NOMEM : STATUS_ERROR);
+        for (const RecordedMessage &message : context.messages) {
+            const bool cannot_open = message.text.find("opening") != std::string::npos;
+            EXPECT_EQ(message.number, cannot_open ? STATUS_ERROR : STATUS_NOMEM);
+            told += !cannot_open;
+        }
         context.messages.clear();
         korvane_mesh_delete(mesh);
     }
+    EXPECT_GT(told, 1);
 }
 
 } // namespace

@@ -23,10 +23,20 @@ struct Served {
 
     static Served &self(void *user_data) { return *static_cast<Served *>(user_data); }
 
-    korvane_status_t note(const char *what, int32_t index, bool fails)
+    /// Notes a call, which has the status if it is for the failing index.
+    korvane_status_t note(
+        const char *what, int32_t index, int32_t failing, korvane_status_t status = STATUS_ERROR)
     {
         calls.push_back(what + std::to_string(index));
-        return fails ? korvane_status_t{STATUS_ERROR} : korvane_status_t{STATUS_OK};
+        return index == failing ? status : korvane_status_t{STATUS_OK};
+    }
+    template <class Value>
+    static korvane_status_t get_values(int32_t index, Value *values, Value second, void *user_data)
+    {
+        Served &served = self(user_data);
+        values[0] = static_cast<Value>(index);
+        values[1] = second;
+        return served.note("values", index, served.failing_values, served.values_status);
     }
 
     static korvane_status_t get_count(int32_t *count, void *user_data)
@@ -37,32 +47,22 @@ struct Served {
     }
     static korvane_status_t get_coordinates(int32_t index, double *xyz, void *user_data)
     {
-        Served &served = self(user_data);
-        xyz[0] = index;
-        xyz[1] = 0.5;
-        return served.note("values", index, index == served.failing_values) == STATUS_OK
-                   ? korvane_status_t{STATUS_OK}
-                   : served.values_status;
+        return get_values(index, xyz, 0.5, user_data);
     }
     static korvane_status_t get_vertices(int32_t index, int32_t *vertices, void *user_data)
     {
-        Served &served = self(user_data);
-        vertices[0] = index;
-        vertices[1] = 9;
-        return served.note("values", index, index == served.failing_values) == STATUS_OK
-                   ? korvane_status_t{STATUS_OK}
-                   : served.values_status;
+        return get_values(index, vertices, 9, user_data);
     }
     static korvane_status_t get_tag(int32_t index, int32_t *tag, void *user_data)
     {
         *tag = 100 + index;
-        return self(user_data).note("tag", index, index == self(user_data).failing_tag);
+        return self(user_data).note("tag", index, self(user_data).failing_tag);
     }
     static korvane_status_t get_flag(int32_t index, int32_t *flag, void *user_data)
     {
         Served &served = self(user_data);
         *flag = served.flags.empty() ? 0 : served.flags[static_cast<std::size_t>(index - 1)];
-        const korvane_status_t status = served.note("flag", index, index == served.failing_flag);
+        const korvane_status_t status = served.note("flag", index, served.failing_flag);
         served.after_flag();
         return status;
     }

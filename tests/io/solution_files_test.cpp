@@ -1,8 +1,6 @@
 // Size maps in solution files: written, read, and read from samples and files of other programs.
 #include <array>
-#include <clocale>
 #include <cmath>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,14 +9,14 @@
 
 #include "io/bytes.h"
 #include "io/gmf.h"
+#include "support/decimal_comma.h"
 #include "support/failing_allocations.h"
 #include "support/recorded_messages.h"
+#include "support/samples.h"
 #include "support/temporary_folder.h"
 
 namespace korvane::testing {
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::string prefix = "korvane_mesh_new_read_mesh : ";
 const std::string text_head = "MeshVersionFormatted 2\n\nDimension 3\n";
@@ -96,13 +94,7 @@ class SolutionFiles : public ::testing::Test {
         return sizemap == nullptr ? std::vector<double>{} : queried(sizemap, vertex_count);
     }
 
-    void expect_messages(const std::vector<RecordedMessage> &expected)
-    {
-        ASSERT_EQ(context.messages.size(), expected.size()) << context.text();
-        for (std::size_t i = 0; i < expected.size(); ++i)
-            EXPECT_EQ(context.messages[i], (RecordedMessage{expected[i].number, prefix + expected[i].text}));
-        context.messages.clear();
-    }
+    void expect_messages(const std::vector<RecordedMessage> &expected) { context.expect(prefix, expected); }
 
     const RecordedMessage closing_failed = {-1, "Error closing solution file after writing.\n"};
     TemporaryFolder folder;
@@ -234,7 +226,7 @@ TEST_F(SolutionFiles, SamplesAreReadAsTheirMakerMeantThem)
     const std::array<double, 3> values = {0.5, 1. / 3, -2};
     for (const char *file :
         {"scalar-v1.sol", "scalar-v2.sol", "scalar-v3.sol", "scalar-v1-little.solb", "scalar-v2-big.solb"}) {
-        const std::string name = std::string(KORVANE_TEST_DATA) + "/" + file;
+        const std::string name = sample(file);
         const korvane_sizemap_t *sizemap = korvane_sizemap_new_read_sol(mesh_of(3), name.c_str());
         ASSERT_NE(sizemap, nullptr) << context.text();
         std::vector<double> expected(values.begin(), values.end());
@@ -270,7 +262,7 @@ TEST_F(SolutionFiles, VerticesOutsideTheFileHaveNoSize)
 
 TEST_F(SolutionFiles, ANullMeshIsRefusedSilentlyAndANullNameWithAMessage)
 {
-    const std::string name = std::string(KORVANE_TEST_DATA) + "/scalar-v2.sol";
+    const std::string name = sample("scalar-v2.sol");
     EXPECT_EQ(korvane_sizemap_new_read_sol(nullptr, name.c_str()), nullptr);
     EXPECT_EQ(korvane_sizemap_new_read_sol(nullptr, nullptr), nullptr);
     expect_messages({});
@@ -368,17 +360,15 @@ TEST_F(SolutionFiles, WhatIsWrittenIsReadBackInAnyLocale)
         }
     };
     go_round();
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
+    EXPECT_EQ(context.text(), "");
+    if (!try_with_decimal_comma(go_round))
         GTEST_SKIP() << "no locale with a decimal comma here";
-    go_round();
-    std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(context.text(), "");
 }
 
 TEST_F(SolutionFiles, ASizeMapThatWasReadGoesWithItsContextOrBefore)
 {
-    const std::string name = std::string(KORVANE_TEST_DATA) + "/scalar-v2.sol";
+    const std::string name = sample("scalar-v2.sol");
     const std::int64_t before = live_block_count();
     {
         RecordingContext own;
@@ -402,7 +392,7 @@ TEST_F(SolutionFiles, SurviveFailingAllocations)
         EXPECT_EQ(status, failed ? STATUS_ERROR : STATUS_OK);
         korvane_sizemap_delete(sizemap);
 
-        const std::string name = std::string(KORVANE_TEST_DATA) + "/scalar-v2-big.solb";
+        const std::string name = sample("scalar-v2-big.solb");
         const korvane_mesh_t *mesh = mesh_of(3);
         fault.arm();
         sizemap = korvane_sizemap_new_read_sol(mesh, name.c_str());
@@ -420,11 +410,9 @@ class RealSolutions : public SolutionFiles {
   protected:
     void SetUp() override
     {
-        if (!fs::exists(KORVANE_REAL_FILES))
+        if (!has_real_files())
             GTEST_SKIP() << "no files of other programs here";
     }
-
-    static std::string real(const std::string &file) { return std::string(KORVANE_REAL_FILES) + "/" + file; }
 };
 
 TEST_F(RealSolutions, AreTheSameInTheOtherEncoding)
@@ -439,8 +427,9 @@ TEST_F(RealSolutions, AreTheSameInTheOtherEncoding)
     } files[] = {{"cube.meshb", "cube.solb", 98, "other.sol", 0.25f, 0.25f},
         {"teapot.mesh", "teapot.sol", 5917, "other.solb", -0.382225f, 0.330898f}};
     for (const auto &file : files) {
-        korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, real(file.mesh).c_str());
-        const korvane_sizemap_t *sizemap = korvane_sizemap_new_read_sol(mesh, real(file.solution).c_str());
+        korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, real_file(file.mesh).c_str());
+        const korvane_sizemap_t *sizemap =
+            korvane_sizemap_new_read_sol(mesh, real_file(file.solution).c_str());
         ASSERT_NE(sizemap, nullptr) << context.text();
         const std::vector<double> sizes = queried(sizemap, file.count);
         EXPECT_EQ(sizes[1], static_cast<double>(file.second));
@@ -457,8 +446,8 @@ TEST_F(RealSolutions, AreTheSameInTheOtherEncoding)
 
 TEST_F(RealSolutions, ATensorIsRefused)
 {
-    korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, real("torus.mesh").c_str());
-    EXPECT_EQ(korvane_sizemap_new_read_sol(mesh, real("torus.sol").c_str()), nullptr);
+    korvane_mesh_t *mesh = korvane_mesh_new_read_mesh(context, real_file("torus.mesh").c_str());
+    EXPECT_EQ(korvane_sizemap_new_read_sol(mesh, real_file("torus.sol").c_str()), nullptr);
     expect_messages({{-1, "Unsupported anistropic sizemap type for solution file reading.\n"}});
 }
 
