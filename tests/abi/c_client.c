@@ -5,15 +5,7 @@
 #include <stdio.h>
 #include <string.h>
 
-static int failures = 0;
-
-#define CHECK(condition)                                                                                     \
-    do {                                                                                                     \
-        if (!(condition)) {                                                                                  \
-            printf("%s:%d: %s\n", __FILE__, __LINE__, #condition);                                           \
-            ++failures;                                                                                      \
-        }                                                                                                    \
-    } while (0)
+#include "../support/check.h"
 
 static const double corners[4][3] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
 static const int32_t tetrahedron[4] = {1, 2, 3, 4};

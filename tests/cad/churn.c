@@ -6,6 +6,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include "../support/check.h"
+
 enum { FACE_COUNT = 1000, EDGE_COUNT = 5000, DERIVATION_COUNT = 6000, HANDLE_CAPACITY = 40000 };
 
 enum kind { MODEL, FACE, EDGE };
@@ -20,15 +22,6 @@ static int handle_count = 0;
 static korvane_cad_edge_t *model_edges[EDGE_COUNT];
 static long created = 0; /* user data */
 static long deleted = 0;
-static int failures = 0;
-
-#define CHECK(condition)                                                                                     \
-    do {                                                                                                     \
-        if (!(condition)) {                                                                                  \
-            printf("%s:%d: %s\n", __FILE__, __LINE__, #condition);                                           \
-            ++failures;                                                                                      \
-        }                                                                                                    \
-    } while (0)
 
 static int random_below(int bound)
 {
