@@ -134,6 +134,7 @@ TEST(AffineFit, OffsetsOfTwoPairsAgreeWithinAThousandth)
 TEST(AffineFit, ThreePairsGiveTheRotationThatRelatesThem)
 {
     Random random;
+    int fitted = 0;
     for (int i = 0; i < 500; ++i) {
         const Matrix3 rotation = random.rotation();
         const Vec3 shift = random.vector(10);
@@ -144,6 +145,7 @@ TEST(AffineFit, ThreePairsGiveTheRotationThatRelatesThem)
         const Vec3 a = source[1] - source[0], b = source[2] - source[0];
         if (std::fabs(dot(a, b)) > 0.95 * norm(a) * norm(b))
             continue;
+        ++fitted;
         AffineMap map{};
         ASSERT_EQ(fit(source, target, map), AffineFit::found);
         for (std::size_t row = 0; row < 3; ++row)
@@ -155,6 +157,7 @@ TEST(AffineFit, ThreePairsGiveTheRotationThatRelatesThem)
         const Vec3 other = random.vector(10);
         expect_near(apply(map, other), rotation * (other - source[0]) + source[0] + shift, 1e-10);
     }
+    EXPECT_GT(fitted, 400);
 }
 
 TEST(AffineFit, FourPairsCarryTheUnitFrameOfTheSourceToThatOfTheTarget)

@@ -29,6 +29,20 @@ class Face : public Cad {
         return clamped;
     }
 
+    struct Periods {
+        int32_t is_periodic_u, is_periodic_v;
+        double u, v;
+        bool operator==(const Periods &) const = default;
+    };
+    Periods periods() const
+    {
+        Periods read{9, 9, 9, 9};
+        EXPECT_EQ(korvane_cad_face_get_surface_periodicity(
+                      face, &read.is_periodic_u, &read.is_periodic_v, &read.u, &read.v),
+            STATUS_OK);
+        return read;
+    }
+
     korvane_cad_face_t *face = new_face(12);
 };
 
@@ -200,16 +214,7 @@ TEST_F(Face, LeavesWhatIsNotANumber)
 
 TEST_F(Face, WithoutPeriodicityReadsZeros)
 {
-    int32_t periodic_u = 9;
-    int32_t periodic_v = 9;
-    double period_u = 9;
-    double period_v = 9;
-    EXPECT_EQ(korvane_cad_face_get_surface_periodicity(face, &periodic_u, &periodic_v, &period_u, &period_v),
-        STATUS_OK);
-    EXPECT_EQ(periodic_u, 0);
-    EXPECT_EQ(periodic_v, 0);
-    EXPECT_EQ(period_u, 0);
-    EXPECT_EQ(period_v, 0);
+    EXPECT_EQ(periods(), (Periods{0, 0, 0, 0}));
 }
 
 TEST_F(Face, HasPeriodicityAlsoInNoDirection)
@@ -224,17 +229,9 @@ TEST_F(Face, KeepsThePeriodOfADirectionThatIsNoLongerPeriodic)
 {
     korvane_cad_face_set_surface_periodicity(face, -1, 1, 3, 4);
     korvane_cad_face_set_surface_periodicity(face, 0, 1, 5, 6);
-    int32_t periodic_u = 9;
-    int32_t periodic_v = 9;
-    double period_u = 9;
-    double period_v = 9;
-    EXPECT_EQ(korvane_cad_face_get_surface_periodicity(face, &periodic_u, &periodic_v, &period_u, &period_v),
-        STATUS_OK);
-    EXPECT_EQ(periodic_u, 0);
-    EXPECT_EQ(periodic_v, 1);
-    EXPECT_EQ(period_u, 0);
-    EXPECT_EQ(period_v, 6);
+    EXPECT_EQ(periods(), (Periods{0, 1, 0, 6}));
     EXPECT_EQ(face->period_u, 3);
+    double period_v = 9;
     EXPECT_EQ(
         korvane_cad_face_get_surface_periodicity(face, nullptr, nullptr, nullptr, &period_v), STATUS_OK);
     EXPECT_EQ(period_v, 6);

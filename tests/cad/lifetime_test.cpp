@@ -125,8 +125,11 @@ TEST_F(Lifetime, TheContextEndsAModelWhateverItsCounter)
 
 TEST_F(Lifetime, ADeletedModelHasLeftItsContext)
 {
+    korvane_cad_face_delete(noted_face(cad, "f"));
     korvane_cad_delete(cad);
+    EXPECT_EQ(log, "f");
     delete_context(); // would end it a second time
+    EXPECT_EQ(log, "f");
 }
 
 TEST_F(Lifetime, AFreeStandingFaceCountsForItself)

@@ -84,8 +84,8 @@ TEST_F(Model, CreationSurvivesFailingAllocations)
     oom_sweep([this](AllocationFault &fault) {
         fault.arm();
         korvane_cad_t *made = korvane_cad_new(context);
-        fault.disarm();
         // Only the attachment to the context may fail without consequence.
+        EXPECT_TRUE(fault.disarm() || made != nullptr);
         korvane_cad_delete(made);
     });
 }

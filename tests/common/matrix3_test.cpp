@@ -86,12 +86,14 @@ TEST(Matrix3, InverseUndoesTheMatrix)
 {
     std::mt19937 engine(3);
     std::uniform_real_distribution<double> number(-2, 2);
+    int inverted = 0;
     for (int i = 0; i < 1000; ++i) {
         Matrix3 a;
         for (Vec3 &row : a.rows)
             row = {number(engine), number(engine), number(engine)};
         if (std::fabs(determinant(a)) < 0.1)
             continue;
+        ++inverted;
         Matrix3 inverse;
         ASSERT_TRUE(try_invert(a, inverse));
         const Matrix3 identity = a * inverse;
@@ -101,6 +103,7 @@ TEST(Matrix3, InverseUndoesTheMatrix)
             EXPECT_NEAR(identity.rows[row].z, row == 2, 1e-12);
         }
     }
+    EXPECT_GT(inverted, 900);
 }
 
 TEST(Matrix3, TakesTheLaterOfRowsThatAreEquallyGoodPivots)

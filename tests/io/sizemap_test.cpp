@@ -147,7 +147,7 @@ TEST_F(Sizemap, SurvivesFailingAllocations)
     oom_sweep([&](AllocationFault &fault) {
         fault.arm();
         korvane_sizemap_t *sizemap = make();
-        fault.disarm();
+        EXPECT_TRUE(fault.disarm() || sizemap != nullptr);
         double size = 0;
         if (sizemap != nullptr) {
             EXPECT_EQ(korvane_sizemap_iso_mesh_vertex_get_size(sizemap, 1, &size), STATUS_OK);

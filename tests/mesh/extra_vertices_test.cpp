@@ -217,18 +217,26 @@ TEST_F(ExtraVertices, AreKeptWhenTheCountComesBackBeforeAWrite)
 
 TEST_F(ExtraVertices, AreFreedWithTheirMeshWhateverItsCount)
 {
+    const int64_t before = live_block_count();
+    mesh = korvane_mesh_new_in_memory(context);
     set_element_count(3);
     for (int32_t index = 1; index <= 3; ++index)
         write(index, 10);
-    set_element_count(1); // the sanitizer tells if the others leaked
+    set_element_count(1);
+    EXPECT_GT(live_block_count(), before + 3 * std::ssize(extra_vertices));
+    korvane_mesh_delete(mesh);
+    EXPECT_EQ(live_block_count(), before);
 }
 
 TEST_F(ExtraVertices, AreFreedWhenTheCountIsZero)
 {
+    const int64_t before = live_block_count();
     set_element_count(2);
     write(2, 10);
+    EXPECT_GT(live_block_count(), before);
     set_element_count(0);
     write(1, 10);
+    EXPECT_EQ(live_block_count(), before);
     set_element_count(2);
     expect_all_as_model();
 }

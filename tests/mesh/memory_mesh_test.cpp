@@ -110,9 +110,11 @@ TEST_F(MemoryMesh, IsMadeWholeOrNotAtAll)
     oom_sweep([&](AllocationFault &fault) {
         fault.arm();
         korvane_mesh_t *made = korvane_mesh_new_in_memory(context);
-        fault.disarm();
-        if (made == nullptr)
+        const bool failed = fault.disarm();
+        if (made == nullptr) {
+            EXPECT_TRUE(failed);
             return;
+        }
         int32_t count = 5;
         EXPECT_EQ(korvane_mesh_get_pyramid_count(made, &count), STATUS_OK);
         EXPECT_EQ(count, 0);

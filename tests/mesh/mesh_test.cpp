@@ -220,9 +220,11 @@ TEST_F(Mesh, IsMadeWholeOrNotAtAll)
     oom_sweep([&](AllocationFault &fault) {
         fault.arm();
         korvane_mesh_t *mesh = korvane_mesh_new(context);
-        fault.disarm();
-        if (mesh == nullptr)
+        const bool failed = fault.disarm();
+        if (mesh == nullptr) {
+            EXPECT_TRUE(failed);
             return;
+        }
         int32_t count = 5;
         EXPECT_EQ(korvane_mesh_get_pyramid_count(mesh, &count), STATUS_OK);
         EXPECT_EQ(count, 0);
