@@ -25,4 +25,11 @@ korvane_status_t report(
     return number;
 }
 
+/// That a getter of the mesh that is written failed; the data are those that it gives.
+inline korvane_status_t report_access(
+    korvane_context_t *context, korvane_status_t number, std::string_view data_name)
+{
+    return report(context, number, writing_prefix, "Error accessing given mesh ", data_name);
+}
+
 } // namespace korvane

@@ -54,7 +54,7 @@ class MeshWriter {
                 return korvane_status_t{STATUS_OK};
             // Kept on purpose: only the message about vertices carries the status of the getter as its number
             const korvane_status_t number = has_coordinates ? fetched.status : korvane_status_t{STATUS_ERROR};
-            report(mesh->context, number, writing_prefix, "Error accessing given mesh ", entity.data_name);
+            report_access(mesh->context, number, entity.data_name);
             return korvane_status_t{STATUS_ERROR};
         });
     }

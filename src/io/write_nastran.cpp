@@ -59,8 +59,9 @@ class BulkDataWriter {
             // Kept on purpose: a vertex without tag fails an export without elements, because the status of
             // the last getter is the result.
             carried = fetched.tag_status;
-            return fetched.status == STATUS_OK ? korvane_status_t{STATUS_OK}
-                                               : report_reading(entity, STATUS_ERROR);
+            if (fetched.status == STATUS_OK)
+                return korvane_status_t{STATUS_OK};
+            return report_access(mesh->context, STATUS_ERROR, entity.data_name);
         });
     }
 
@@ -75,8 +76,9 @@ class BulkDataWriter {
             if (stream.has_failed())
                 return report_writing("given mesh ", entity.data_name);
             carried = fetched.status;
-            return fetched.status == STATUS_OK ? korvane_status_t{STATUS_OK}
-                                               : report_reading(entity, fetched.status);
+            if (fetched.status == STATUS_OK)
+                return korvane_status_t{STATUS_OK};
+            return report_access(mesh->context, fetched.status, entity.data_name);
         });
     }
 
@@ -114,11 +116,6 @@ class BulkDataWriter {
             *text++ = '\n';
         stream.commit(text);
         return fits;
-    }
-
-    korvane_status_t report_reading(const Entity &entity, korvane_status_t number) const
-    {
-        return report(mesh->context, number, writing_prefix, "Error accessing given mesh ", entity.data_name);
     }
 
     static constexpr std::size_t line_room = 12 * number_room;

@@ -113,8 +113,8 @@ class Attribute {
 
 struct korvane_mesh_storage_t {
     int32_t vertex_count = 0;
-    Attribute<double, 3, double>
-        coordinates; // Kept on purpose: its size is a double, because the layout says so
+    // Kept on purpose: the size of this one is a double, because the layout says so
+    Attribute<double, 3, double> coordinates;
     Attribute<int32_t, 1> vertex_tags;
     Attribute<int32_t, 1> vertex_periodic_ids;
     Attribute<int32_t, 1> vertex_required_status;
