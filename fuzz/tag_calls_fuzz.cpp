@@ -1,80 +1,20 @@
 // Any sequence of calls on tag systems gives what a naive model of them gives: numbers, definitions and
 // lists, each in its order, within the room that the buffer size states.
-#include <algorithm>
-#include <map>
+#include <array>
 #include <memory>
 #include <utility>
 
 #include <korvane.h>
 
 #include "script.h"
+#include "support/tag_model.h"
 
 namespace {
 
 using korvane::fuzz::require;
 using korvane::fuzz::Script;
-using Tags = std::vector<int32_t>;
-
-/// What a tag system holds.
-struct Model {
-    std::map<int32_t, Tags> recorded; // base tags of each tag
-    Tags order;                       // of the first recording
-    int32_t last_number = 0;          // that was handed out
-
-    void record(int32_t tag, int32_t base)
-    {
-        if (recorded.find(tag) == recorded.end())
-            order.push_back(tag);
-        Tags &bases = recorded[tag];
-        if (std::find(bases.begin(), bases.end(), base) == bases.end())
-            bases.push_back(base);
-    }
-
-    [[nodiscard]] Tags definition(int32_t tag) const
-    {
-        const auto found = recorded.find(tag);
-        Tags bases = found == recorded.end() ? Tags() : found->second;
-        std::stable_partition(bases.begin(), bases.end(), [](int32_t base) { return base % 2 == 0; });
-        return bases;
-    }
-
-    [[nodiscard]] Tags unite(const Tags &tags) const
-    {
-        Tags united;
-        for (const int32_t tag : tags)
-            for (const int32_t base : definition(tag))
-                if (std::find(united.begin(), united.end(), base) == united.end())
-                    united.push_back(base);
-        return united;
-    }
-
-    int32_t composite_tag(const Tags &tags)
-    {
-        if (tags.empty())
-            return 0;
-        const Tags united = unite(tags);
-        for (const auto &[tag, bases] : recorded)
-            if (!united.empty() &&
-                std::is_permutation(bases.begin(), bases.end(), united.begin(), united.end()))
-                return tag;
-        do
-            ++last_number;
-        while (recorded.find(last_number) != recorded.end());
-        for (const int32_t base : united)
-            record(last_number, base);
-        return last_number;
-    }
-
-    [[nodiscard]] Tags composite_tags() const
-    {
-        Tags tags;
-        std::copy_if(order.begin(), order.end(), std::back_inserter(tags), [this](int32_t tag) {
-            const Tags &bases = recorded.at(tag);
-            return std::find(bases.begin(), bases.end(), tag) == bases.end();
-        });
-        return tags;
-    }
-};
+using korvane::testing::TagModel;
+using korvane::testing::Tags;
 
 struct Deletion {
     void operator()(korvane_tag_system_t *tag_system) const { korvane_tag_system_delete(tag_system); }
@@ -82,7 +22,7 @@ struct Deletion {
 
 struct System {
     std::unique_ptr<korvane_tag_system_t, Deletion> handle;
-    Model model;
+    TagModel model;
 };
 
 /// What a listing function writes into a buffer of just the size that is asked for.
@@ -144,14 +84,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             replace(system, static_cast<int32_t>(script.choice(40)) - 8);
             break;
         case 1:
-            other = {
-                decltype(other.handle)(korvane_tag_system_clone(system.handle.get())), Model(system.model)};
+            other = {decltype(other.handle)(korvane_tag_system_clone(system.handle.get())), system.model};
             break;
         case 2:
         case 3: {
             const int32_t tag = script.integer();
             require(korvane_tag_system_add_base_tag(system.handle.get(), tag) == STATUS_OK);
-            system.model.record(tag, tag);
+            system.model.add_base_tag(tag);
             break;
         }
         case 4:
