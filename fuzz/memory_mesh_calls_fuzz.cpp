@@ -54,29 +54,11 @@ class Machine {
 
     void step()
     {
-        switch (script.choice(12)) {
-        case 0:
-        case 1:
-            return change_count();
-        case 2:
-        case 3:
-        case 4:
-            return set_values();
-        case 5:
-            return get_values();
-        case 6:
-            return set_coordinates();
-        case 7:
-            return get_coordinates();
-        case 8:
-            return set_list();
-        case 9:
-            return get_list();
-        case 10:
-            return replace_callback();
-        default:
-            return use_whole();
-        }
+        static constexpr void (Machine::*steps[])() = {&Machine::change_count, &Machine::change_count,
+            &Machine::set_values, &Machine::set_values, &Machine::set_values, &Machine::get_values,
+            &Machine::set_coordinates, &Machine::get_coordinates, &Machine::set_list, &Machine::get_list,
+            &Machine::replace_callback, &Machine::use_whole};
+        (this->*steps[script.choice(std::size(steps))])();
     }
 
   private:
