@@ -87,6 +87,7 @@ TEST_F(MemoryMesh, TakesANegativeCountAndThenRefusesWrites)
 
 TEST_F(MemoryMesh, IsReleasedWithItsContextOrByItself)
 {
+    const int64_t before = live_block_count();
     korvane_context_t *own = korvane_context_new();
     korvane_mesh_t *meshes[3];
     for (korvane_mesh_t *&made : meshes) {
@@ -103,6 +104,7 @@ TEST_F(MemoryMesh, IsReleasedWithItsContextOrByItself)
     }
     korvane_mesh_delete(meshes[1]);
     korvane_context_delete(own);
+    EXPECT_EQ(live_block_count(), before);
 }
 
 TEST_F(MemoryMesh, IsMadeWholeOrNotAtAll)

@@ -24,6 +24,14 @@ namespace korvane::testing {
         byte = 0x5a;
 }
 
+/// Fills memory that is not initialised with a byte that follows from this one, or, for 0, leaves it alone.
+inline void perturb_memory([[maybe_unused]] int byte)
+{
+#if defined(__GLIBC__)
+    mallopt(M_PERTURB, byte);
+#endif
+}
+
 /// What a callback does at the call that deviates.
 enum class Deviation {
     fails,         // writes nothing
@@ -45,32 +53,22 @@ class HostileClient {
 
     explicit HostileClient(korvane_context_t *context) : mesh(korvane_mesh_new(context))
     {
-#if defined(__GLIBC__)
-        mallopt(M_PERTURB, 0x5a); // memory that is not initialised is not zero either
-#endif
+        perturb_memory(0x5a);
         serve_vertices();
         serve_elements();
         serve_flags();
     }
     ~HostileClient()
     {
-#if defined(__GLIBC__)
-        mallopt(M_PERTURB, 0);
-#endif
+        perturb_memory(0);
         korvane_mesh_delete(mesh);
     }
     HostileClient(const HostileClient &) = delete;
     HostileClient &operator=(const HostileClient &) = delete;
-    operator korvane_mesh_t *() const
-    {
-        return mesh;
-    }
+    operator korvane_mesh_t *() const { return mesh; }
 
     /// No call deviates from here on.
-    void behave()
-    {
-        deviate_at(0, Deviation::fails);
-    }
+    void behave() { deviate_at(0, Deviation::fails); }
 
     /// Starts counting calls anew; the given one deviates.
     void deviate_at(int64_t call, Deviation how)
@@ -90,10 +88,7 @@ class HostileClient {
     std::function<int32_t()> lie; // if there is one, the count of any kind
 
     /// Vertex `position` of an element, all of them positions from 0.
-    static int32_t vertex_of(int32_t element, int32_t position)
-    {
-        return (element + position) % 8 + 1;
-    }
+    static int32_t vertex_of(int32_t element, int32_t position) { return (element + position) % 8 + 1; }
     static double coordinate(int32_t vertex, int32_t axis)
     {
         // The first four corners are one side of the cube, in turn.
@@ -126,10 +121,7 @@ class HostileClient {
         if (std::any_of(values, values + width, [](Value value) { return value != 0; }))
             complaints.push_back(what + std::string(" with values"));
     }
-    bool is_counted(int32_t index) const
-    {
-        return index >= 1 && index <= largest_count;
-    }
+    bool is_counted(int32_t index) const { return index >= 1 && index <= largest_count; }
 
     template <int32_t count>
     static korvane_status_t get_count(int32_t *output, void *client)

@@ -10,6 +10,7 @@
 #include "mesh/slots.h"
 #include "support/recorded_messages.h"
 #include "support/temporary_folder.h"
+#include "sweeps/dispose.h"
 
 namespace korvane::testing {
 
@@ -117,18 +118,9 @@ Objects::~Objects()
 {
     korvane_mesh_free_generic_buffer(mesh_buffer);
     korvane_cad_free_generic_buffer(cad_buffer);
-    korvane_dcad_delete(dcad);
-    korvane_dcad_delete(spare_dcad);
-    for (korvane_cad_edge_t *each : {free_edge, spare_edge})
-        korvane_cad_edge_delete(each);
-    for (korvane_cad_face_t *each : {free_face, spare_face})
-        korvane_cad_face_delete(each);
-    for (korvane_message_t *each : {message, spare_message})
-        korvane_message_delete(each);
-    for (korvane_tag_system_t *each : {tag_system, spare_tag_system})
-        korvane_tag_system_delete(each);
-    for (korvane_context_t *each : {context, spare_context})
-        korvane_context_delete(each);
+    const auto dispose_all = [](auto *...objects) { (dispose(objects), ...); };
+    dispose_all(dcad, spare_dcad, free_edge, spare_edge, free_face, spare_face, message, spare_message,
+        tag_system, spare_tag_system, context, spare_context);
 }
 
 // -- Description
