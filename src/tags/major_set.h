@@ -84,8 +84,8 @@ struct unordered_pair {
 }
 
 template <class Key, int64_t (*grown_capacity)(int32_t capacity) = grown_major_capacity>
-struct tuple_major_set_t : numbered_keys<Key, grown_capacity> {
-    using Keys = numbered_keys<Key, grown_capacity>;
+struct tuple_major_set_t : NumberedKeys<Key, grown_capacity> {
+    using Keys = NumberedKeys<Key, grown_capacity>;
     using Keys::keys;
     using typename Keys::Entry;
     using typename Keys::value_type;

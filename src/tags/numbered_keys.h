@@ -18,7 +18,7 @@ namespace korvane {
 /// `Key` states what a key is (`value_type`) and when two are equal (`equal`); `grown_capacity`, what a full
 /// array grows to, which can be beyond what 32 bits hold: then the insertion fails.
 template <class Key, int64_t (*grown_capacity)(int32_t capacity)>
-struct numbered_keys {
+struct NumberedKeys {
     using value_type = typename Key::value_type;
     static_assert(std::is_trivially_copyable_v<value_type>);
 
@@ -52,7 +52,7 @@ struct numbered_keys {
         return true;
     }
 
-    [[nodiscard]] bool try_copy_keys(const numbered_keys &other)
+    [[nodiscard]] bool try_copy_keys(const NumberedKeys &other)
     {
         if (!try_assign(keys, other.keys.data(), other.keys.size()))
             return false;
@@ -110,7 +110,7 @@ struct numbered_keys {
 /// The identifiers in a row of buckets, bucket by bucket and along each bucket's chain, for a range-based
 /// `for`. Inserting ends its validity.
 template <class Keys>
-struct bucket_walk {
+struct BucketWalk {
     const Keys &keys;
     std::span<const int32_t> buckets;
 

@@ -62,7 +62,7 @@ int32_t tuple_set_t<major_length, minor_length>::find(
 }
 
 template <std::size_t major_length, std::size_t minor_length>
-auto tuple_set_t<major_length, minor_length>::row(int32_t major_identifier) const -> bucket_walk<MinorKeys>
+auto tuple_set_t<major_length, minor_length>::row(int32_t major_identifier) const -> BucketWalk<MinorKeys>
 {
     return {minor_keys, buckets_of_row(row_buckets, *this, major_identifier)};
 }

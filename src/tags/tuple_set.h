@@ -30,7 +30,7 @@ struct tuple_set_t {
     using Minor = ordered_key<minor_length>;
     using MajorKey = typename Major::value_type;
     using MinorKey = typename Minor::value_type;
-    using MinorKeys = numbered_keys<Minor, grown_tuple_capacity>;
+    using MinorKeys = NumberedKeys<Minor, grown_tuple_capacity>;
 
     // To be read only: they change through the functions below.
     tuple_major_set_t<Major> major;
@@ -45,7 +45,7 @@ struct tuple_set_t {
     /// The identifiers of all tuples of a major key, bucket by bucket and in each in the order of insertion;
     /// none for the major identifier 0: `for (int32_t id : set.row(set.major.find(key)))`. The minor key of
     /// each is `set.minor_keys.key(id)`. Inserting ends the validity of the walk.
-    [[nodiscard]] bucket_walk<MinorKeys> row(int32_t major_identifier) const;
+    [[nodiscard]] BucketWalk<MinorKeys> row(int32_t major_identifier) const;
 
     /// How many tuples a row has, which it walks to count.
     [[nodiscard]] int32_t row_length(int32_t major_identifier) const;
