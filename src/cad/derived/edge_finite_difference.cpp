@@ -121,9 +121,7 @@ korvane_cad_edge_t *korvane_cad_edge_new0(korvane_cad_face_t *face, uint32_t id,
     edge->tmin = tmin;
     edge->tmax = tmax;
     put_flag(edge->flags, EDGE_APPROXIMATE_DERIVATIVES, true);
-    edge->curve = evaluate;
-    edge->curve_user_data = record.release();
-    take_care(*edge, release_record<FiniteDifference>, copy_record<FiniteDifference>);
+    give_curve(*edge, evaluate, std::move(record));
     return place(std::move(edge), face);
 }
 

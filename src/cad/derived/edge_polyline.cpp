@@ -255,9 +255,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_newton1_with_ea(korvane_cad_face_t *fac
     edge->id = id;
     edge->tmin = 0;
     edge->tmax = polyline->s[static_cast<std::size_t>(n) - 1];
-    edge->curve = evaluate;
-    edge->curve_user_data = polyline.release();
-    take_care(*edge, release_polyline, clone);
+    give_curve(*edge, evaluate, std::move(polyline), release_polyline, clone);
     edge->origin_function = edges != nullptr && params != nullptr ? find_origin : nullptr;
     return place(std::move(edge), face);
 }

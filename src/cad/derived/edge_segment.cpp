@@ -52,9 +52,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_segment(
     edge->id = id;
     edge->tmin = 0;
     edge->tmax = 1;
-    edge->curve = evaluate;
-    edge->curve_user_data = record.release();
-    take_care(*edge, release_record<Segment>, copy_record<Segment>);
+    give_curve(*edge, evaluate, std::move(record));
     return place(std::move(edge), face);
 }
 

@@ -106,9 +106,7 @@ korvane_cad_edge_t *korvane_cad_edge_new_afftrans(korvane_cad_face_t *face, korv
     edge->tmax = source->tmax;
     edge->properties = source->properties;
     edge->flags = source->flags & EDGE_APPROXIMATE_DERIVATIVES;
-    edge->curve = evaluate;
-    edge->curve_user_data = record.release();
-    take_care(*edge, release_record<EdgeTransformation>, clone);
+    give_curve(*edge, evaluate, std::move(record), release_record<EdgeTransformation>, clone);
     edge->origin_function = find_origin;
     return place(std::move(edge), face);
 }

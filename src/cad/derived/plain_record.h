@@ -1,5 +1,5 @@
-// The user data records of derived objects: what releases and copies them. Both functions are given for
-// records that own nothing.
+// The user data records of derived objects: how they are handed over, and what releases and copies them. Both
+// functions are given for records that own nothing.
 #pragma once
 
 #include <type_traits>
@@ -31,6 +31,17 @@ void *copy_record(void *user_data)
     if (copy != nullptr)
         *copy = *static_cast<const Record *>(user_data);
     return copy;
+}
+
+/// Gives an edge the function that evaluates a record, and the record.
+template <class Record>
+void give_curve(korvane_cad_edge_t &edge, korvane_cad_curve_t evaluate, Owned<Record> record,
+    korvane_user_data_delete_t release = release_record<Record>,
+    korvane_user_data_clone_t clone = copy_record<Record>)
+{
+    edge.curve = evaluate;
+    edge.curve_user_data = record.release();
+    take_care(edge, release, clone);
 }
 
 } // namespace korvane
