@@ -89,17 +89,10 @@ TEST_F(Environment, NamesMayHoldAnyBytes)
 
 TEST_F(Environment, NamesOfKeywordFilesHaveLessThan1017CharactersAndOthersAnyNumber)
 {
-    // A path of steps that lead nowhere, and a name as long as is left.
-    const auto start_of_length = [&](std::size_t length) {
-        std::string name = folder.name("");
-        while (name.size() + 22 <= length)
-            name += "./";
-        return name + std::string(length - name.size(), 'x');
-    };
     for (std::size_t length = 1000; length <= 1040; ++length) {
-        const std::string text = start_of_length(length - 5) + ".mesh";
-        const std::string solution = start_of_length(length - 4) + ".sol";
-        const std::string cards = start_of_length(length - 4) + ".bdf";
+        const std::string text = folder.name_of_length(length, ".mesh");
+        const std::string solution = folder.name_of_length(length, ".sol");
+        const std::string cards = folder.name_of_length(length, ".bdf");
         ASSERT_EQ(text.size(), length);
         const korvane_status_t expected = length < 1017 ? STATUS_OK : STATUS_ERROR;
         EXPECT_EQ(korvane_mesh_write_mesh(mesh, text.c_str()), expected) << length;
@@ -112,7 +105,7 @@ TEST_F(Environment, NamesOfKeywordFilesHaveLessThan1017CharactersAndOthersAnyNum
         fs::remove(text); // the next names but one lead to the same files
         fs::remove(solution);
     }
-    expect_nowhere_to_write(start_of_length(5000));
+    expect_nowhere_to_write(folder.name_of_length(5000));
     expect_nowhere_to_write(folder.name(std::string(300, 'x')));
 }
 

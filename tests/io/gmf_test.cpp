@@ -113,20 +113,13 @@ TEST_F(Gmf, AnOpenFileTellsItsEncodingAndByteOrder)
 
 TEST_F(Gmf, NamesHaveLessThan1017Characters)
 {
-    const std::string start = folder.name("");
-    const auto name_of_length = [&](std::size_t length) {
-        std::string name = start;
-        while (name.size() + 2 <= length - 20)
-            name += "./";
-        return name + std::string(length - name.size() - 5, 'x') + ".mesh";
-    };
-    const std::string longest = name_of_length(1016);
+    const std::string longest = folder.name_of_length(1016, ".mesh");
     const int32_t index = gmf_open_file(longest.c_str(), gmf_write_mode, 2, 3);
     EXPECT_NE(index, 0);
     EXPECT_EQ(gmf_close_file(index), 1);
     EXPECT_EQ(open(longest), 1);
     EXPECT_EQ(gmf_close_file(1), 1);
-    EXPECT_EQ(gmf_open_file(name_of_length(1017).c_str(), gmf_write_mode, 2, 3), 0);
+    EXPECT_EQ(gmf_open_file(folder.name_of_length(1017, ".mesh").c_str(), gmf_write_mode, 2, 3), 0);
 }
 
 TEST_F(Gmf, ModesVersionsAndDimensionsAreLimited)

@@ -37,6 +37,15 @@ class TemporaryFolder {
 
     [[nodiscard]] std::string name(const std::string &file) const { return path / file; }
 
+    /// The name of a file, made as long as this by steps that lead nowhere.
+    [[nodiscard]] std::string name_of_length(std::size_t length, const std::string &extension = "") const
+    {
+        std::string long_name = name("");
+        while (long_name.size() + 22 <= length)
+            long_name += "./";
+        return long_name + std::string(length - long_name.size() - extension.size(), 'x') + extension;
+    }
+
     /// Writes a file and gives its name.
     std::string write(const std::string &file, std::string_view content) const
     {
