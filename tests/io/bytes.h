@@ -37,6 +37,7 @@ class Bytes {
 
     [[nodiscard]] int32_t size() const { return static_cast<int32_t>(content.size()); }
     [[nodiscard]] const std::string &text() const { return content; }
+    operator const std::string &() const { return content; }
 
   private:
     bool opposite;

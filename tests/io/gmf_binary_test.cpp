@@ -6,28 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "io/bytes.h"
-#include "io/gmf.h"
-#include "support/temporary_folder.h"
+#include "io/gmf_fixture.h"
 
 namespace korvane::testing {
 namespace {
 
-class GmfBinary : public ::testing::Test {
+class GmfBinary : public GmfEncoding {
   protected:
-    ~GmfBinary() override { EXPECT_EQ(gmf_close_file(1), 0) << "a file was left open"; }
-
-    int32_t open(const std::string &content)
-    {
-        return gmf_open_file(folder.write("a.meshb", content).c_str(), gmf_read_mode, &version, &dimension);
-    }
-
-    int32_t open(const Bytes &bytes) { return open(bytes.text()); }
-
-    bool opens(const Bytes &bytes) { return gmf_close_file(open(bytes)) == 1; }
-
-    TemporaryFolder folder;
-    int32_t version = 0;
-    int32_t dimension = 0;
+    GmfBinary() : GmfEncoding("a.meshb") {}
 };
 
 TEST_F(GmfBinary, WritesTheExactLayout)
@@ -182,15 +168,10 @@ TEST_F(GmfBinary, WhatIsMissingReadsAsZeros)
     const int32_t index = open(bytes);
     EXPECT_EQ(gmf_keyword_count(index, gmf_vertices), 1'000'000);
     EXPECT_EQ(gmf_held_lines(index, gmf_vertices), 2);
-    std::array<double, 9> xyz;
-    std::array<int32_t, 3> tags;
-    xyz.fill(-7);
-    tags.fill(-7);
-    const std::array<GmfInput, 2> columns = {{{3, nullptr, xyz.data()}, {1, tags.data(), nullptr}}};
-    gmf_seek_keyword(index, gmf_vertices);
-    EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 3, columns), 1);
-    EXPECT_EQ(xyz, (std::array<double, 9>{1, 2, 3, 5}));
-    EXPECT_EQ(tags, (std::array<int32_t, 3>{4}));
+    const ReadVertices<3> vertices(index);
+    EXPECT_EQ(vertices.whole_lines, 1);
+    EXPECT_EQ(vertices.xyz, (std::array<double, 9>{1, 2, 3, 5}));
+    EXPECT_EQ(vertices.tags, (std::array<int32_t, 3>{4}));
     gmf_close_file(index);
 }
 

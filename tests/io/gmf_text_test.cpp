@@ -5,25 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include "io/gmf.h"
-#include "support/temporary_folder.h"
+#include "io/gmf_fixture.h"
 
 namespace korvane::testing {
 namespace {
 
 const std::string header = "MeshVersionFormatted 2\nDimension 3\n";
 
-class GmfText : public ::testing::Test {
+class GmfText : public GmfEncoding {
   protected:
-    ~GmfText() override { EXPECT_EQ(gmf_close_file(1), 0) << "a file was left open"; }
-
-    /// Opens a text; the index, with version and dimension kept.
-    int32_t open(const std::string &text)
-    {
-        return gmf_open_file(folder.write("a.mesh", text).c_str(), gmf_read_mode, &version, &dimension);
-    }
-
-    bool opens(const std::string &text) { return gmf_close_file(open(text)) == 1; }
+    GmfText() : GmfEncoding("a.mesh") {}
 
     /// The integers of a block of lines of `width` integers.
     std::vector<int32_t> integers(int32_t index, int32_t code, int32_t width)
@@ -44,10 +35,6 @@ class GmfText : public ::testing::Test {
         gmf_close_file(index);
         return values;
     }
-
-    TemporaryFolder folder;
-    int32_t version = 0;
-    int32_t dimension = 0;
 };
 
 using Integers = std::vector<int32_t>;
@@ -199,15 +186,10 @@ TEST_F(GmfText, WhatIsMissingReadsAsZeros)
     EXPECT_EQ(listed("3 99999999999 -99999999999 1#2"), (Integers{INT32_MAX, INT32_MIN, 1}));
 
     const int32_t index = open(header + "Vertices 3 1 2 3 4 5 6");
-    std::array<double, 9> xyz;
-    std::array<int32_t, 3> tags;
-    xyz.fill(-7);
-    tags.fill(-7);
-    const std::array<GmfInput, 2> columns = {{{3, nullptr, xyz.data()}, {1, tags.data(), nullptr}}};
-    gmf_seek_keyword(index, gmf_vertices);
-    EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 3, columns), 1);
-    EXPECT_EQ(xyz, (std::array<double, 9>{1, 2, 3, 5, 6}));
-    EXPECT_EQ(tags, (std::array<int32_t, 3>{4}));
+    const ReadVertices<3> vertices(index);
+    EXPECT_EQ(vertices.whole_lines, 1);
+    EXPECT_EQ(vertices.xyz, (std::array<double, 9>{1, 2, 3, 5, 6}));
+    EXPECT_EQ(vertices.tags, (std::array<int32_t, 3>{4}));
     gmf_close_file(index);
 }
 
@@ -218,19 +200,13 @@ TEST_F(GmfText, ColumnsBehindTheEndOfTheFileAreZeros)
             {"4", "4 ", "4 5", "4 5\n", "4 5 6", "4 5 6 ", "4 5 x", "4 5 x 7 ", "\n #", " "}) {
             const int32_t index =
                 open(header + '#' + std::string(comment, 'c') + "\nVertices 2 1 2 3 9\n" + cut);
-            std::array<double, 6> xyz;
-            std::array<int32_t, 2> tags;
-            xyz.fill(-7);
-            tags.fill(-7);
-            const std::array<GmfInput, 2> columns = {{{3, nullptr, xyz.data()}, {1, tags.data(), nullptr}}};
-            gmf_seek_keyword(index, gmf_vertices);
-            EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 2, columns), 1) << cut;
+            const ReadVertices<2> vertices(index);
+            EXPECT_EQ(vertices.whole_lines, 1) << cut;
             const std::string text = cut;
             const auto held = [&](char digit) { return text.find(digit) == text.npos ? 0. : digit - '0'; };
-            EXPECT_EQ(xyz, (std::array<double, 6>{1, 2, 3, held('4'), held('5'), held('6')})) << cut;
-            EXPECT_EQ(tags, (std::array<int32_t, 2>{9, 0})) << cut;
-            gmf_seek_keyword(index, gmf_vertices);
-            EXPECT_EQ(gmf_read_lines(index, gmf_vertices, 1, columns), 1);
+            EXPECT_EQ(vertices.xyz, (std::array<double, 6>{1, 2, 3, held('4'), held('5'), held('6')})) << cut;
+            EXPECT_EQ(vertices.tags, (std::array<int32_t, 2>{9, 0})) << cut;
+            EXPECT_EQ(ReadVertices<1>(index).whole_lines, 1);
             gmf_close_file(index);
         }
 }
