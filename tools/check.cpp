@@ -118,7 +118,7 @@ class Checker {
             elements += count_of(kind, mesh.get());
         std::vector<Finding> findings;
         {
-            Progress progress("checking " + file, elements);
+            Progress progress("checking " + file, elements, presentation.quiet);
             findings = find_all(mesh.get(), limits, progress);
         }
         if (!options.bad_ids.empty() && !write_ids(options.bad_ids, findings, limits))

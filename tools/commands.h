@@ -9,8 +9,13 @@
 
 namespace korvane::tools {
 
+struct InfoOptions {
+    std::vector<std::string> files;
+    bool header = false; // read nothing else
+};
+
 /// Describes files: format, keywords, tags, required entities, bounding box.
-int info(const std::vector<std::string> &files, const Presentation &presentation);
+int info(const InfoOptions &options, const Presentation &presentation);
 
 struct StatsOptions {
     std::vector<std::string> files;
@@ -46,12 +51,12 @@ int convert(
     const std::string &input, const std::vector<std::string> &outputs, const Presentation &presentation);
 
 struct PeriodicOptions {
-    std::string file;
+    std::vector<std::string> files;
     std::vector<int32_t> tags; // two
     double tolerance = 0;      // 0 for one that goes with the size of the region
 };
 
-/// Finds the transformation between two regions of a mesh.
+/// Finds the transformation between two regions of meshes.
 int periodic(const PeriodicOptions &options, const Presentation &presentation);
 
 /// True for a file name that convert can write.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "io/entity_table.h"
 #include "io/gmf.h"
@@ -32,6 +33,56 @@ bool has_card(int32_t code)
         entity_table, [=](const Entity &entity) { return entity.keyword == code && !entity.card.empty(); });
 }
 
+/// How many lines of a block a text holds, by reading them.
+int32_t count_text_lines(int32_t index, int32_t code)
+{
+    const int32_t stated = gmf_keyword_count(index, code);
+    std::array<int32_t, std::tuple_size_v<decltype(gmf_keyword_info_t::format)>> integers{};
+    std::array<double, integers.size()> reals{};
+    gmf_seek_keyword(index, code);
+    int32_t held = 0;
+    while (held < stated && gmf_read_line(index, code, integers.data(), reals.data()) != 0)
+        ++held;
+    return held;
+}
+
+/// The lines of a block that stand in the file: for a text, those that its size leaves room for, counted only
+/// where a text without its "End" may break off.
+int32_t count_held_lines(int32_t index, int32_t code, bool may_break_off)
+{
+    const gmf_file_t &file = *gmf_find_file(index);
+    const gmf_keyword_info_t &keyword = file.keywords[static_cast<std::size_t>(code)];
+    if (keyword.values_per_line == 0)
+        return keyword.line_count;
+    if (file.is_binary()) {
+        const int64_t bytes = file.stream.file_size() - keyword.data_position;
+        return static_cast<int32_t>(
+            std::min<int64_t>(bytes / (int64_t{4} * keyword.words_per_line), keyword.line_count));
+    }
+    return may_break_off ? count_text_lines(index, code) : gmf_held_lines(index, code);
+}
+
+/// What the file states but does not hold, of the first such block in it. The library reads it as zeros.
+std::string shortfall_of(int32_t index)
+{
+    const gmf_file_t &file = *gmf_find_file(index);
+    const bool ends = file.keywords[gmf_end].line_count != 0;
+    const auto last = std::ranges::max_element(file.keywords, {}, &gmf_keyword_info_t::data_position);
+    for (int32_t code = 1; code <= GMF_MAX_KEYWORDS; ++code) {
+        const gmf_keyword_info_t &keyword = file.keywords[static_cast<std::size_t>(code)];
+        const int32_t stated = gmf_keyword_count(index, code);
+        const int32_t held = stated == 0 ? 0 : count_held_lines(index, code, !ends && &keyword == &*last);
+        if (held < stated)
+            return std::string("holds no more than ")
+                .append(std::to_string(held))
+                .append(" of the ")
+                .append(std::to_string(stated))
+                .append(" lines of ")
+                .append(gmf_row(code).name);
+    }
+    return {};
+}
+
 } // namespace
 
 std::optional<FileDescription> describe_file(const std::string &file)
@@ -43,7 +94,7 @@ std::optional<FileDescription> describe_file(const std::string &file)
     const GmfFileGuard guard(index);
     const gmf_file_t &record = *gmf_find_file(index);
     FileDescription description{record.is_binary(), record.has_opposite_byte_order(), version, dimension,
-        (record.kind_flags & gmf_solution) != 0, {}};
+        (record.kind_flags & gmf_solution) != 0, {}, shortfall_of(index)};
     for (int32_t code = 1; code <= GMF_MAX_KEYWORDS; ++code) {
         const int32_t count = gmf_keyword_count(index, code);
         if (count != 0 && !is_frame(code))

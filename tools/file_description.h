@@ -22,6 +22,7 @@ struct FileDescription {
     int dimension;
     bool solution;                    // by its name
     std::vector<KeywordBlock> blocks; // in the order of the keyword codes
+    std::string shortfall;            // what the file states but does not hold; empty if it is whole
 };
 
 /// Nothing if the file cannot be opened as a keyword file.

@@ -36,17 +36,19 @@ Json range_of(double low, double high)
     return {{"low", low}, {"high", high}};
 }
 
-Json solutions_of(const std::string &file)
+/// The ranges of the values are in it unless only the header is wanted.
+Json solutions_of(const std::string &file, bool header_only)
 {
     Json solutions = Json::array();
-    for (const Solution &solution : read_solutions(file)) {
+    for (const Solution &solution : read_solutions(file, header_only)) {
         Json types = Json::array(), ranges = Json::array();
         for (const int32_t type : solution.types)
             types.push_back(name_of_type(type));
         for (const auto &[low, high] : solution.ranges)
             ranges.push_back(range_of(low, high));
-        solutions.push_back(
-            {{"keyword", solution.keyword}, {"types", std::move(types)}, {"values", std::move(ranges)}});
+        solutions.push_back({{"keyword", solution.keyword}, {"types", std::move(types)}});
+        if (!header_only)
+            solutions.back()["values"] = std::move(ranges);
     }
     return solutions;
 }
@@ -108,9 +110,13 @@ void print_solution(const Json &solution)
     std::string types;
     for (const Json &type : solution["types"])
         types += (types.empty() ? "" : ", ") + text_of(type);
+    std::printf("  %s : %s", text_of(solution["keyword"]).c_str(), types.empty() ? "no type" : types.c_str());
+    if (!solution.contains("values")) {
+        std::printf("\n");
+        return;
+    }
     const Json &values = solution["values"];
-    std::printf("  %s : %s; values per line : %zu\n", text_of(solution["keyword"]).c_str(),
-        types.empty() ? "no type" : types.c_str(), values.size());
+    std::printf("; values per line : %zu\n", values.size());
     for (std::size_t i = 0; i < values.size(); ++i)
         std::printf("    value %zu : %.15g to %.15g\n", i + 1, values[i]["low"].get<double>(),
             values[i]["high"].get<double>());
@@ -149,42 +155,39 @@ void print(const Json &record, const Presentation &presentation)
         print_tags(entities, presentation.verbose ? SIZE_MAX : most_tags_shown);
 }
 
-bool describe(Session &session, Output &output, const std::string &file)
+bool describe(Session &session, Output &output, const std::string &file, bool header_only)
 {
-    const std::optional<FileDescription> description = describe_file(file);
-    Json record = {{"file", file}};
-    if (description)
-        record.update({{"format", format_of(*description)}, {"solutions", solutions_of(file)}});
-    const bool is_flat = description && !description->solution && description->dimension != 3;
-    if (is_flat)
-        record["not_three_dimensional"] = true;
-    if (description && (description->solution || is_flat)) {
-        output.add(std::move(record));
-        return true;
-    }
-    const Mesh mesh = session.read(file);
-    if (!mesh) {
-        record["problem"] = session.last_problem();
-        if (description)
-            output.add(std::move(record));
-        else
-            output.add_problem(file, session.last_problem());
+    const std::optional<FileDescription> description = session.describe(file);
+    if (!description) {
+        output.add_problem(file, session.last_problem());
         return false;
     }
-    record.update({{"bounding_box", bounding_box_of(mesh.get())}, {"entities", entities_of(mesh.get())}});
+    const bool is_whole = description->shortfall.empty();
+    Json record = {{"file", file}, {"format", format_of(*description)},
+        {"solutions", solutions_of(file, header_only || !is_whole)}};
+    const bool is_flat = !description->solution && description->dimension != 3;
+    const bool is_read = is_whole && !header_only && !description->solution && !is_flat;
+    if (is_flat && !header_only)
+        record["not_three_dimensional"] = true;
+    const Mesh mesh = is_read ? session.read(file) : nullptr;
+    if (mesh)
+        record.update({{"bounding_box", bounding_box_of(mesh.get())}, {"entities", entities_of(mesh.get())}});
+    const bool is_described = is_whole && (mesh || !is_read);
+    if (!is_described)
+        record["problem"] = session.last_problem();
     output.add(std::move(record));
-    return true;
+    return is_described;
 }
 
 } // namespace
 
-int info(const std::vector<std::string> &files, const Presentation &presentation)
+int info(const InfoOptions &options, const Presentation &presentation)
 {
     Session session;
     Output output("info", presentation, print);
     bool all_described = true;
-    for (const std::string &file : files)
-        all_described &= describe(session, output, file);
+    for (const std::string &file : options.files)
+        all_described &= describe(session, output, file, options.header);
     return output.finish(all_described ? done : file_problem);
 }
 

@@ -50,6 +50,19 @@ std::string against_other_than_distances(const std::string &text)
     return std::strtod(text.c_str(), nullptr) >= 0 ? "" : text + ": is no distance";
 }
 
+/// What closes the help of a subcommand: examples, each in a line of its own, and what the exit status means.
+std::string closing(const std::string &examples, const char *good = "done", const char *bad = nullptr)
+{
+    const std::string statuses =
+        bad == nullptr ? ", 1 a file has a problem, 2 wrong usage."
+                       : std::string(", 1 ").append(bad).append(", 2 wrong usage, 3 a file cannot be read.");
+    return std::string("Examples:\n")
+        .append(examples)
+        .append("\nExit status: 0 ")
+        .append(good)
+        .append(statuses);
+}
+
 /// The words of the command, and what they lead to.
 class CommandLine {
   public:
@@ -57,6 +70,7 @@ class CommandLine {
     {
         app.set_version_flag("--version", "korvane " KORVANE_VERSION);
         app.footer(
+            "korvane SUBCOMMAND --help tells more, with examples.\n\n"
             "Exit status: 0 done, 1 a file has a problem, 2 wrong usage; of check, diff and periodic:\n"
             "0 valid or equal, 1 findings or differences, 2 wrong usage, 3 a file cannot be read.");
         app.require_subcommand(1);
@@ -95,9 +109,12 @@ class CommandLine {
     {
         CLI::App &command = *app.add_subcommand(
             "info", "Describe files: format, keywords, tags, bounding box, ranges of solutions");
-        command.add_option("FILE", files, "Mesh or solution files")->required();
+        command.add_option("FILE", described.files, "Mesh or solution files")->required();
+        command.add_flag("--header", described.header, "Read no more than the header of each keyword");
         add_presentation(command);
-        command.callback([this] { status = info(files, presentation); });
+        command.footer(closing("  korvane info wing.mesh wing.sol\n"
+                               "  korvane info --header *.meshb\n"));
+        command.callback([this] { status = info(described, presentation); });
     }
 
     void add_stats()
@@ -118,6 +135,9 @@ class CommandLine {
             ->check(CLI::Range(1, INT32_MAX))
             ->excludes(keyed);
         keyed->excludes(command.get_option("--json"))->excludes(command.get_option("--quiet"));
+        command.footer(closing("  korvane stats wing.mesh\n"
+                               "  korvane stats --histogram --by-tag --worst 10 wing.mesh\n"
+                               "  korvane stats --valid wing wing.meshb > wing.txt\n"));
         command.callback([this] { status = stats(measured, presentation); });
     }
 
@@ -128,6 +148,7 @@ class CommandLine {
         command.add_option("MESH", input, "The mesh file")->required();
         command.add_option("SOL", solution, "The solution file: one size per vertex")->required();
         add_presentation(command);
+        command.footer(closing("  korvane sizes wing.mesh wing.sol\n"));
         command.callback([this] { status = sizes(input, solution, presentation); });
     }
 
@@ -148,6 +169,10 @@ class CommandLine {
         command.add_option("--bad", checked.bad, "Write the bad entities with all measures (.vtu)")
             ->type_name("OUT")
             ->check(refused(against_other_than_grids));
+        command.footer(closing("  korvane check *.mesh\n"
+                               "  korvane check wing.mesh --limit 'triangle.aspect_ratio<=10' --bad bad.vtu\n"
+                               "  korvane check --quiet wing.mesh --limits limits.txt && echo good\n",
+            "valid", "findings"));
         add_presentation(command);
         command.callback([this] {
             if (checked.files.size() > 1 && !(checked.bad_ids.empty() && checked.bad.empty()))
@@ -165,6 +190,9 @@ class CommandLine {
             ->type_name("T")
             ->check(refused(against_other_than_distances));
         add_presentation(command);
+        command.footer(closing("  korvane diff wing.mesh wing.meshb\n"
+                               "  korvane diff --tolerance 1e-6 wing.mesh wing.meshb\n",
+            "equal", "differences"));
         command.callback([this] { status = diff(input, output, tolerance, presentation); });
     }
 
@@ -178,6 +206,8 @@ class CommandLine {
             ->required()
             ->check(refused(against_other_than_mesh_files));
         add_presentation(command);
+        command.footer(closing("  korvane convert wing.mesh wing.meshb\n"
+                               "  korvane convert wing.meshb wing.vtu wing.stl wing.bdf\n"));
         command.callback([this] { status = convert(input, files, presentation); });
     }
 
@@ -185,7 +215,7 @@ class CommandLine {
     {
         CLI::App &command = *app.add_subcommand(
             "periodic", "Find the transformation that carries one tagged region of a mesh to another");
-        command.add_option("MESH", regions.file, "The mesh file")->required();
+        command.add_option("MESH", regions.files, "Mesh files")->required();
         command.add_option("--tags", regions.tags, "The tags of the two regions")
             ->type_name("A,B")
             ->delimiter(',')
@@ -195,6 +225,9 @@ class CommandLine {
             ->type_name("T")
             ->check(refused(against_other_than_distances));
         add_presentation(command);
+        command.footer(closing("  korvane periodic wing.mesh --tags 1,3\n"
+                               "  korvane periodic --json wing.mesh --tags 1,3 > partners.json\n",
+            "every vertex has a partner", "some have none"));
         command.callback([this] { status = periodic(regions, presentation); });
     }
 
@@ -204,6 +237,7 @@ class CommandLine {
     std::vector<std::string> files;
     std::string input, solution, output;
     double tolerance = 0;
+    InfoOptions described;
     StatsOptions measured;
     CheckOptions checked;
     PeriodicOptions regions;

@@ -1,7 +1,9 @@
 // The vertices of the surface elements of two tags, and what carries the ones to the others.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <set>
+#include <utility>
 
 #include "commands.h"
 #include "mesh_kinds.h"
@@ -69,10 +71,15 @@ Json as_json(const RegionMatch &match)
     return made;
 }
 
-void print_vector(const char *title, const Json &vector)
+/// Components below `rounding` are shown as 0.
+void print_vector(const char *title, const Json &vector, double rounding)
 {
-    std::printf("  %-10s : %.9g %.9g %.9g\n", title, vector[0].get<double>() + 0.0,
-        vector[1].get<double>() + 0.0, vector[2].get<double>() + 0.0);
+    std::printf("  %-10s :", title);
+    for (const Json &component : vector) {
+        const double value = component.get<double>();
+        std::printf(" %.9g", std::fabs(value) < rounding ? 0.0 : value);
+    }
+    std::printf("\n");
 }
 
 void print(const Json &record, const Presentation &presentation)
@@ -87,14 +94,17 @@ void print(const Json &record, const Presentation &presentation)
             .c_str());
     if (!found)
         return;
-    for (const char *part : {"vector", "axis", "normal", "point"})
+    const double rounding = 1e-12, rounding_of_lengths = 1e-6 * record["tolerance"].get<double>();
+    const std::pair<const char *, double> parts[] = {{"vector", rounding_of_lengths}, {"axis", rounding},
+        {"normal", rounding}, {"point", rounding_of_lengths}};
+    for (const auto &[part, negligible] : parts)
         if (map.contains(part))
-            print_vector(part, map[part]);
-    if (map["kind"] == "general")
+            print_vector(part, map[part], negligible);
+    if (map["kind"] == "general") {
         for (const Json &row : map["matrix"])
-            print_vector("matrix", row);
-    if (map["kind"] == "general")
-        print_vector("offset", map["offset"]);
+            print_vector("matrix", row, rounding);
+        print_vector("offset", map["offset"], rounding_of_lengths);
+    }
     if (map.contains("angle"))
         std::printf("  angle      : %.9g\n", map["angle"].get<double>());
     std::printf(
@@ -109,30 +119,37 @@ void print(const Json &record, const Presentation &presentation)
     }
 }
 
+int match_one(Session &session, Output &output, const std::string &file, const PeriodicOptions &options)
+{
+    const Mesh mesh = session.read(file);
+    if (!mesh) {
+        output.add_problem(file, session.last_problem());
+        return unreadable;
+    }
+    const std::vector<RegionPoint> source = region_of(mesh.get(), options.tags[0]),
+                                   target = region_of(mesh.get(), options.tags[1]);
+    const double tolerance = options.tolerance > 0 ? options.tolerance : default_tolerance * size_of(source);
+    const std::optional<RegionMatch> match = match_regions(session.own_context(), source, target, tolerance);
+    Json record = {{"file", file}, {"tags", options.tags}, {"vertices", {source.size(), target.size()}},
+        {"tolerance", tolerance}, {"transformation", match ? as_json(*match) : Json()}};
+    if (match)
+        record.update({{"pairs", match->pairs},
+            {"unmatched", Json::array({match->unmatched_source, match->unmatched_target})}});
+    output.add(std::move(record));
+    const bool complete = match && match->unmatched_source.empty() && match->unmatched_target.empty();
+    return complete ? done : file_problem;
+}
+
 } // namespace
 
 int periodic(const PeriodicOptions &options, const Presentation &presentation)
 {
     Session session;
     Output output("periodic", presentation, print);
-    const Mesh mesh = session.read(options.file);
-    if (!mesh) {
-        output.add_problem(options.file, session.last_problem());
-        return output.finish(unreadable);
-    }
-    const std::vector<RegionPoint> source = region_of(mesh.get(), options.tags[0]),
-                                   target = region_of(mesh.get(), options.tags[1]);
-    const double tolerance = options.tolerance > 0 ? options.tolerance : default_tolerance * size_of(source);
-    const std::optional<RegionMatch> match = match_regions(session.own_context(), source, target, tolerance);
-    Json record = {{"file", options.file}, {"tags", options.tags},
-        {"vertices", {source.size(), target.size()}}, {"tolerance", tolerance},
-        {"transformation", match ? as_json(*match) : Json()}};
-    if (match)
-        record.update({{"pairs", match->pairs},
-            {"unmatched", Json::array({match->unmatched_source, match->unmatched_target})}});
-    output.add(std::move(record));
-    const bool complete = match && match->unmatched_source.empty() && match->unmatched_target.empty();
-    return output.finish(complete ? done : file_problem);
+    int status = done;
+    for (const std::string &file : options.files)
+        status = std::max(status, match_one(session, output, file, options));
+    return output.finish(status);
 }
 
 } // namespace korvane::tools

@@ -1,6 +1,7 @@
 #include "progress.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -14,11 +15,38 @@ using namespace std::chrono_literals;
 
 constexpr auto clear_line = "\r\033[K";
 
+auto next_look = std::chrono::steady_clock::now() + 1s; // the first when the command has lasted a second
+
+/// Empty if it is not set.
+std::string variable(const char *name)
+{
+    const char *const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+/// True for a terminal that knows more than to print.
+bool is_capable_terminal(int descriptor)
+{
+    return isatty(descriptor) != 0 && variable("TERM") != "dumb";
+}
+
+/// The end of a text that is too long for a line of 80 beside the bar; UTF-8 characters stay whole.
+std::string shortened(const std::string &text)
+{
+    constexpr std::size_t most = 30;
+    if (text.size() <= most)
+        return text;
+    std::size_t begin = text.size() - most + 3;
+    while (begin < text.size() && (static_cast<unsigned char>(text[begin]) & 0xC0U) == 0x80U)
+        ++begin;
+    return std::string("...").append(text, begin);
+}
+
 } // namespace
 
-Progress::Progress(std::string what, int64_t steps)
-    : title(std::move(what)), total(std::max<int64_t>(steps, 1)), on_terminal(isatty(STDERR_FILENO) != 0),
-      next_look(std::chrono::steady_clock::now() + 1s)
+Progress::Progress(const std::string &what, int64_t steps, bool quiet)
+    : title(shortened(what)), total(std::max<int64_t>(steps, 1)),
+      wanted(!quiet && is_capable_terminal(STDERR_FILENO))
 {}
 
 Progress::~Progress()
@@ -45,8 +73,7 @@ void Progress::look()
 
 std::string coloured(const std::string &text, Colour colour)
 {
-    const char *const refusal = std::getenv("NO_COLOR");
-    if (isatty(STDOUT_FILENO) == 0 || (refusal != nullptr && *refusal != '\0'))
+    if (!is_capable_terminal(STDOUT_FILENO) || !variable("NO_COLOR").empty())
         return text;
     return (colour == Colour::good ? "\033[32m" : "\033[31m") + text + "\033[0m";
 }

@@ -1,22 +1,22 @@
 // What only a terminal gets: a progress bar on standard error for long work, and colour.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <string>
 
 namespace korvane::tools {
 
+/// Shown once the command has lasted a second, and taken away at the end of the work.
 class Progress {
   public:
-    Progress(std::string what, int64_t steps);
+    Progress(const std::string &what, int64_t steps, bool quiet = false);
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
     ~Progress();
 
     void advance()
     {
-        if (++done % steps_per_look == 0 && on_terminal)
+        if (++done % steps_per_look == 0 && wanted)
             look();
     }
 
@@ -28,9 +28,8 @@ class Progress {
     std::string title;
     int64_t total;
     int64_t done = 0;
-    bool on_terminal;
+    bool wanted;
     bool shown = false;
-    std::chrono::steady_clock::time_point next_look; // the first after a second
 };
 
 enum class Colour { good, bad };

@@ -7,6 +7,7 @@
 #include <new>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace korvane::tools {
 
@@ -43,24 +44,37 @@ bool Session::tell(const std::string &text)
     return complain(subject, text);
 }
 
-/// False after it was told that there is no such file.
-bool Session::starts_on(const std::string &file)
+std::optional<FileDescription> Session::describe(const std::string &file)
 {
     subject = file;
     struct stat status;
-    if (stat(file.c_str(), &status) == 0)
-        return true;
-    return tell(std::strerror(errno));
+    std::optional<FileDescription> description;
+    if (stat(file.c_str(), &status) != 0 || access(file.c_str(), R_OK) != 0)
+        tell(std::strerror(errno));
+    else if (S_ISDIR(status.st_mode))
+        tell(std::strerror(EISDIR));
+    else if (description = describe_file(file); !description)
+        tell("cannot be opened as a mesh or solution file");
+    else if (!description->shortfall.empty())
+        tell(description->shortfall);
+    return description;
+}
+
+/// False after it was told why.
+bool Session::is_whole(const std::string &file)
+{
+    const std::optional<FileDescription> description = describe(file);
+    return description && description->shortfall.empty();
 }
 
 Mesh Session::read(const std::string &file)
 {
-    return Mesh(starts_on(file) ? korvane_mesh_new_read_mesh(context.get(), file.c_str()) : nullptr);
+    return Mesh(is_whole(file) ? korvane_mesh_new_read_mesh(context.get(), file.c_str()) : nullptr);
 }
 
 Sizemap Session::read_sizes(const korvane_mesh_t *mesh, const std::string &file)
 {
-    return Sizemap(starts_on(file) ? korvane_sizemap_new_read_sol(mesh, file.c_str()) : nullptr);
+    return Sizemap(is_whole(file) ? korvane_sizemap_new_read_sol(mesh, file.c_str()) : nullptr);
 }
 
 bool Session::write(const korvane_mesh_t *mesh, const std::string &file, const std::string &shown)

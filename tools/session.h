@@ -3,9 +3,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <korvane.h>
+
+#include "file_description.h"
 
 namespace korvane::tools {
 
@@ -28,6 +31,10 @@ class Session {
     Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
+
+    /// What a file says of itself; nothing after it was told that it cannot be opened. That it holds less
+    /// than it states is told, too.
+    std::optional<FileDescription> describe(const std::string &file);
 
     /// Reads a mesh; null after what is wrong was told.
     Mesh read(const std::string &file);
@@ -52,7 +59,7 @@ class Session {
 
   private:
     bool tell(const std::string &text);
-    bool starts_on(const std::string &file);
+    bool is_whole(const std::string &file);
     static korvane_status_t receive(korvane_message_t *message, void *session);
 
     std::unique_ptr<korvane_context_t, Delete> context;

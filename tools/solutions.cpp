@@ -26,7 +26,7 @@ std::vector<Range> read_ranges(int32_t index, int32_t code, int32_t count, std::
 
 } // namespace
 
-std::vector<Solution> read_solutions(const std::string &file)
+std::vector<Solution> read_solutions(const std::string &file, bool headers_only)
 {
     std::vector<Solution> solutions;
     int32_t version = 0, dimension = 0;
@@ -39,9 +39,11 @@ std::vector<Solution> read_solutions(const std::string &file)
         std::array<int32_t, GMF_MAX_TYPES> types{};
         if (gmf_keyword_count(index, code, &type_count, &values_per_line, types.data()) < 1)
             continue;
-        solutions.push_back({std::string(gmf_row(code).name), {types.begin(), types.begin() + type_count},
-            read_ranges(
-                index, code, gmf_held_lines(index, code), static_cast<std::size_t>(values_per_line))});
+        solutions.push_back(
+            {std::string(gmf_row(code).name), {types.begin(), types.begin() + type_count}, {}});
+        if (!headers_only)
+            solutions.back().ranges = read_ranges(
+                index, code, gmf_held_lines(index, code), static_cast<std::size_t>(values_per_line));
     }
     return solutions;
 }

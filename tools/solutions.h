@@ -18,8 +18,9 @@ struct Solution {
     std::vector<Range> ranges;  // of each value of a line, over all lines that the file holds
 };
 
-/// All solutions with at least one line; none if the file cannot be opened as a keyword file.
-std::vector<Solution> read_solutions(const std::string &file);
+/// All solutions with at least one line, without ranges if only headers are to be read; none if the file
+/// cannot be opened as a keyword file.
+std::vector<Solution> read_solutions(const std::string &file, bool headers_only);
 
 /// "scalar" and the like.
 std::string name_of_type(int32_t type);

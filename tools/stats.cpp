@@ -64,13 +64,15 @@ class Reporter {
             const bool reported = korvane_mesh_compute_statistics_valid(mesh.get(), "x") == STATUS_OK;
             session.divert(nullptr);
             record["report"] = keyed_values(keyed);
-            if (!reported)
+            if (!reported) {
+                output.add_problem(file, session.last_problem());
                 return false;
+            }
         } else if (!presentation.quiet && !print_report(file, mesh.get())) {
             return false;
         }
-        const bool spread_wanted =
-            presentation.json || options.histogram || options.by_tag || options.worst > 0;
+        const bool spread_wanted = !presentation.quiet && (presentation.json || options.histogram ||
+                                                              options.by_tag || options.worst > 0);
         record["measures"] =
             spread_wanted ? distributions_of(mesh.get(), options, "measuring " + file) : Json::array();
         output.add(std::move(record));

@@ -29,9 +29,11 @@ void remove_draft_and_end(int signal_number)
     std::raise(signal_number);
 }
 
-/// A signal that is ignored, as by nohup, stays so.
+/// A signal that is ignored, as by nohup, stays so. A limit on the size of files is no signal but a problem,
+/// like a full disk.
 void watch_signals()
 {
+    std::signal(SIGXFSZ, SIG_IGN);
     for (const int number : ending_signals)
         if (std::signal(number, remove_draft_and_end) == SIG_IGN)
             std::signal(number, SIG_IGN);

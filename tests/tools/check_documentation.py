@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """Compares what the command lists in its help with its manual page and its completion: every subcommand and every option
-has to be in both."""
+has to be in both. The examples of the help have to be in the manual page, and to work.
+
+check_documentation.py COMMAND PAGE COMPLETION MESH
+"""
 
 import os
 import pathlib
@@ -24,10 +27,32 @@ def options_of(text: str) -> set[str]:
     return {option for line in lines for option in line.split(",")}
 
 
+def examples_of(text: str) -> list[str]:
+    listing = text.partition("Examples:\n")[2].split("\n\n")[0]
+    return [line.strip() for line in listing.splitlines()]
+
+
+def failing_examples(command: str, examples: list[str], mesh: str) -> list[str]:
+    solution = "MeshVersionFormatted 2 Dimension 3 SolAtVertices 526 1 1 " + "0.3 " * 526 + "End"
+    found = []
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "wing.mesh").write_bytes(pathlib.Path(mesh).read_bytes())
+        (folder / "wing.sol").write_text(solution)
+        (folder / "limits.txt").write_text("triangle.angle > 5\n")
+        subprocess.run([command, "convert", "wing.mesh", "wing.meshb"], check=True, cwd=folder)
+        path = f"{os.path.dirname(command)}:{os.environ['PATH']}"
+        for line in examples:
+            run = subprocess.run(line, shell=True, capture_output=True, cwd=folder, env={**os.environ, "PATH": path})
+            if run.returncode != 0:
+                found.append(f"{line}: exit status {run.returncode} {run.stderr.decode()}")
+    return found
+
+
 def page_as_text(page: str) -> str:
-    """The page in plain words: fonts, the escapes of dashes and the quotes of arguments taken away."""
+    """The page in plain words: fonts, the escapes of dashes and quotes and the quotes of arguments taken away."""
     text = pathlib.Path(page).read_text()
-    return re.sub(r"\\f.|\"", "", text.replace("\\-", "-"))
+    return re.sub(r"\\f.|\"", "", text.replace("\\-", "-").replace("\\(aq", "'"))
 
 
 def completed(completion: str, *words: str) -> set[str]:
@@ -87,7 +112,7 @@ def lint(page: str) -> list[str]:
 
 
 def main() -> int:
-    command, page, completion = map(os.path.abspath, sys.argv[1:])
+    command, page, completion, mesh = map(os.path.abspath, sys.argv[1:])
     text, overview = page_as_text(page), help_of(command)
     subcommands = subcommands_of(overview)
     complaints = lint(page) + files_complaints(completion)
@@ -104,6 +129,11 @@ def main() -> int:
             complaints.append(f"completion of korvane {' '.join(words)} lacks {sorted(lacking)}")
         if not options:
             complaints.append(f"no options found in the help of korvane {' '.join(words)}")
+        examples = examples_of(listing)
+        complaints += [f"the manual page lacks {line}" for line in examples if line not in text.splitlines()]
+        complaints += failing_examples(command, examples, mesh)
+        if words and not examples:
+            complaints.append(f"no examples found in the help of korvane {' '.join(words)}")
     print("\n".join(complaints) or f"{len(subcommands)} subcommands and their options are in both")
     return 1 if complaints or not subcommands else 0
 

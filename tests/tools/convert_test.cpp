@@ -39,28 +39,4 @@ TEST_F(Convert, TellsWhatSurfacesAndGridsDoNotCarry)
                                   stray + "korvane: mixed.mesh: not carried over to b.vtu: " + stray);
 }
 
-TEST_F(Convert, AnInterruptLeavesNothingBehind)
-{
-    // The command is interrupted at some point of reading or writing, or has finished.
-    std::string big = "MeshVersionFormatted 2 Dimension 3 Vertices 100000 ";
-    for (int i = 0; i < 100000; ++i)
-        big += "0.123456789 0.23456789 0.3456789 1\n";
-    write("big.mesh", big + "End");
-    for (const char *delay : {"0.02", "0.05", "0.08", "0.1", "0.15"}) {
-        const std::string line = "cd '" + folder.string() + "' && timeout -s INT " + delay +
-                                 " '" KORVANE_COMMAND "' convert big.mesh a.mesh b.vtu c.bdf 2>errors";
-        std::system(line.c_str());
-        for (const std::string &file : files_besides({"big.mesh", "errors"})) {
-            EXPECT_TRUE(file == "a.mesh" || file == "b.vtu" || file == "c.bdf") << file;
-            const std::string whole = contents(folder / file);
-            EXPECT_TRUE(holds(whole.substr(whole.size() - std::min<std::size_t>(whole.size(), 20)),
-                file == "a.mesh"  ? "End"
-                : file == "b.vtu" ? "</VTKFile>"
-                                  : "ENDDATA"))
-                << file;
-            fs::remove(folder / file);
-        }
-    }
-}
-
 } // namespace

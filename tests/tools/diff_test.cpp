@@ -72,12 +72,10 @@ TEST_F(Diff, ShowsTheFirstDifferencesAndHowManyThereAre)
     EXPECT_TRUE(all.ends_with("    7 : 7 against -7\n")) << all;
 }
 
-TEST_F(Diff, NeedsTwoFilesThatCanBeRead)
+TEST_F(Diff, NeedsTwoFiles)
 {
     EXPECT_EQ(run("diff a.mesh").exit_status, 2);
     EXPECT_EQ(run("diff a.mesh a.mesh a.mesh").exit_status, 2);
-    EXPECT_EQ(run("diff a.mesh missing.mesh").exit_status, 3);
-    EXPECT_EQ(run("diff missing.mesh a.mesh").exit_status, 3);
 }
 
 } // namespace

@@ -20,6 +20,7 @@ _korvane() {
     fi
     options+=' --json -q --quiet -v --verbose'
     case $subcommand in
+    info) options+=' --header' ;;
     stats) options+=' --valid --histogram --by-tag --worst' ;;
     check) options+=' --limit --limits --bad-ids --bad' ;;
     periodic) options+=' --tags --tolerance' ;;
