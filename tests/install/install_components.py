@@ -9,6 +9,9 @@ import subprocess
 import sys
 
 
+SUBCOMMANDS = ("check", "convert", "diff", "info", "periodic", "sizes", "stats")
+
+
 def expected(component: str, libdir: str, version: str) -> set[str]:
     major = version.split(".")[0]
     cmake = f"{libdir}/cmake/korvane"
@@ -26,7 +29,8 @@ def expected(component: str, libdir: str, version: str) -> set[str]:
             "bin/korvane",
             "share/man/man1/korvane.1",
             "share/bash-completion/completions/korvane",
-        },
+        }
+        | {f"share/korvane/schema/{name}.json" for name in SUBCOMMANDS},
     }[component]
 
 
