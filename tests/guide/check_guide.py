@@ -4,10 +4,11 @@
 A block that opens with "```c" is a complete program. One that opens with "```c fragment" becomes the body of a main
 function that has a context, with room for the declarations that every fragment may need. A "```text" block is what the
 program before it prints. All programs of a page run in one folder, one after the other, so that a later one can read
-what an earlier one wrote; the folder starts with spindle.mesh. Other blocks are passed over.
+what an earlier one wrote; the folder starts with spindle.mesh. After them the transcripts of the page are made again there
+(see transcripts.py). Other blocks are passed over.
 
-Complaints: a program that does not compile, fails, or prints something else than the page shows; a text block without a
-program; a link to a file that does not exist; a file of the folder that the page should have a link to.
+Complaints: a program or a command that does not compile, fails, or prints something else than the page shows; a text
+block without a program; a link to a file that does not exist; a file of the folder that the page should have a link to.
 """
 
 import argparse
@@ -18,6 +19,8 @@ import shutil
 import subprocess
 import sys
 import tempfile
+
+import transcripts
 
 BLOCK = re.compile(r"^```([^\n`]*)\n(.*?)^```[ ]*$", flags=re.M | re.S)
 LINK = re.compile(r"\]\(([^)#\s]+)(?:#[^)]*)?\)")
@@ -68,9 +71,10 @@ def links_complaints(page: str, folder: pathlib.Path) -> list[str]:
     return [f"link to {target}, which is not there" for target in sorted(targets) if not (folder / target).exists()]
 
 
-def lines_of(text: str) -> list[str]:
-    """The lines without the blanks at their ends, which a page should not have."""
-    return [line.rstrip() for line in text.splitlines()]
+def difference(shown: str, printed: str) -> str:
+    """Empty if there is none beyond blanks at the ends of lines."""
+    lines = map(transcripts.lines_of, (shown, printed))
+    return "\n".join(difflib.unified_diff(*lines, "shown", "printed", lineterm=""))
 
 
 def run_program(
@@ -87,10 +91,15 @@ def run_program(
     found = []
     if run.returncode != 0 or run.stderr:
         found.append(f"line {program.line}: exit status {run.returncode}\n{run.stderr}")
-    shown, printed = lines_of(program.shown or ""), lines_of(run.stdout)
-    if not any_output and shown != printed:
-        lines = difflib.unified_diff(shown, printed, "shown", "printed", lineterm="")
-        found.append(f"line {program.line}: prints something else\n" + "\n".join(lines))
+    if not any_output and (lines := difference(program.shown or "", run.stdout)):
+        found.append(f"line {program.line}: prints something else\n{lines}")
+    return found
+
+
+def transcripts_complaints(page: str, command: pathlib.Path, folder: pathlib.Path) -> list[str]:
+    wanted, found = transcripts.renewed(page, command, folder)
+    if lines := difference(page, wanted):
+        found.append(f"a transcript is out of date; transcripts.py makes it again\n{lines}")
     return found
 
 
@@ -100,6 +109,7 @@ def page_complaints(
     libraries: list[str],
     files: list[pathlib.Path],
     any_output: bool = False,
+    command: pathlib.Path | None = None,
 ) -> list[str]:
     text = page.read_text()
     programs, found = programs_of(text)
@@ -110,6 +120,8 @@ def page_complaints(
             shutil.copy(file, folder)
         for program in programs:
             found += run_program(program, compile_command, libraries, folder, any_output)
+        if command:
+            found += transcripts_complaints(text, command, folder)
     return found
 
 
@@ -139,13 +151,17 @@ def self_test(compile_command: list[str], libraries: list[str]) -> list[str]:
         "text alone": ("```text\none\n```\n", True),
         "link": ("[page](missing.md)\n", True),
         "unknown kind": ("```c program\n```\n", True),
+        "transcript": ("```console\n$ echo one; echo two >&2\none\ntwo\n$ true\n```\n", False),
+        "old transcript": ("```console\n$ echo one\ntwo\n```\n", True),
+        "failing command": ("```console\n$ false\n```\n", True),
+        "no command": ("```console\none\n```\n", True),
     }
     found = []
     with tempfile.TemporaryDirectory() as name:
         for title, (text, is_wrong) in pages.items():
             page = pathlib.Path(name, "page.md")
             page.write_text(text)
-            if bool(page_complaints(page, compile_command, libraries, [])) != is_wrong:
+            if bool(page_complaints(page, compile_command, libraries, [], command=page)) != is_wrong:
                 found.append(f"self-test: {title} was judged wrongly")
         pathlib.Path(name, "other.md").touch()
         if not listing_complaints(page, "*.md") or not untested(page.parent, {page.name}):
@@ -160,6 +176,7 @@ def main() -> int:
     parser.add_argument("--include", required=True)
     parser.add_argument("--library", type=pathlib.Path, required=True)
     parser.add_argument("--files", type=pathlib.Path, nargs="*", default=[])
+    parser.add_argument("--command", type=pathlib.Path, help="the korvane command; without it, transcripts are passed over")
     parser.add_argument("--page", type=pathlib.Path)
     parser.add_argument("--any-output", action="store_true", help="the page does not show what its programs print")
     parser.add_argument("--lists", metavar="PATTERN", help="the page has links to all such files beside it")
@@ -173,7 +190,7 @@ def main() -> int:
     if options.self_test:
         found += self_test(compile_command, libraries)
     if options.page:
-        found += page_complaints(options.page, compile_command, libraries, options.files, options.any_output)
+        found += page_complaints(options.page, compile_command, libraries, options.files, options.any_output, options.command)
     if options.lists:
         found += listing_complaints(options.page, options.lists)
     if options.tested:
