@@ -19,6 +19,10 @@ set(runtime_package libkorvane${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# The trigger of ldconfig, and two scripts that do not exist: their names keep CPack from writing its own, which call
+# ldconfig instead.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_CURRENT_LIST_DIR}/triggers ${CMAKE_CURRENT_LIST_DIR}/none/postinst ${CMAKE_CURRENT_LIST_DIR}/none/postrm)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "common programming interface of mesh generators
 CAD front ends, mesh generators and solvers hand geometry and meshes to one
 another through this library: callbacks, mesh files, size maps, statistics and
