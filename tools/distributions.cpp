@@ -1,4 +1,5 @@
-// All values of a measure are held and sorted: 8 bytes each while their measure is worked on.
+// All values of a measure are held and sorted: 8 bytes each while their measure is worked on, and as many
+// again by tag.
 #include "distributions.h"
 
 #include <algorithm>
@@ -47,6 +48,32 @@ Json histogram_of(const std::vector<double> &sorted)
     return histogram.as_json(false);
 }
 
+/// How values are spread.
+class Spread {
+  public:
+    void add(double value)
+    {
+        values.push_back(value);
+        summary.add(value);
+    }
+
+    /// Sorts the values.
+    Json as_json(bool with_histogram)
+    {
+        std::ranges::sort(values);
+        Json made = summary.as_json();
+        if (!values.empty())
+            made["percentiles"] = percentiles_of(values);
+        if (with_histogram)
+            made["histogram"] = histogram_of(values);
+        return made;
+    }
+
+  private:
+    Summary summary;
+    std::vector<double> values;
+};
+
 class Distribution {
   public:
     Distribution(const korvane_mesh_t *measured, const KindMeasure &by, const StatsOptions &asked)
@@ -59,14 +86,8 @@ class Distribution {
             progress.advance();
             add(i);
         }
-        std::ranges::sort(values);
-        Json made = {{"measure", row.full_name()}};
-        made.update(all.as_json());
-        made["not_a_number"] = strange_count;
-        if (!values.empty())
-            made["percentiles"] = percentiles_of(values);
-        if (options.histogram)
-            made["histogram"] = histogram_of(values);
+        Json made = {{"measure", row.full_name()}, {"not_a_number", strange_count}};
+        made.update(all.as_json(options.histogram));
         if (options.by_tag)
             made["by_tag"] = tags_as_json();
         if (options.worst > 0)
@@ -84,7 +105,6 @@ class Distribution {
                 ++strange_count;
                 continue;
             }
-            values.push_back(value);
             all.add(value);
             if (options.by_tag)
                 by_tag[tag_of(*row.kind, mesh, number)].add(value);
@@ -104,12 +124,12 @@ class Distribution {
         }
     }
 
-    Json tags_as_json() const
+    Json tags_as_json()
     {
         Json tags = Json::array();
-        for (const auto &[tag, summary] : by_tag) {
+        for (auto &[tag, spread] : by_tag) {
             tags.push_back({{"tag", tag}});
-            tags.back().update(summary.as_json());
+            tags.back().update(spread.as_json(options.histogram));
         }
         return tags;
     }
@@ -137,12 +157,21 @@ class Distribution {
     const korvane_mesh_t *mesh;
     const KindMeasure &row;
     const StatsOptions &options;
-    std::vector<double> values;
     int64_t strange_count = 0;
-    Summary all;
-    std::map<int32_t, Summary> by_tag;
+    Spread all;
+    std::map<int32_t, Spread> by_tag;
     std::vector<std::pair<double, int32_t>> worst; // how good, and the number
 };
+
+void print_spread(const std::string &title, const Json &spread)
+{
+    print_summary(title.c_str(), spread);
+    for (const Json &percentile : spread.value("percentiles", Json::array()))
+        std::printf("    %3.0f %% up to %.6g\n", percentile["percent"].get<double>(),
+            percentile["value"].get<double>());
+    if (spread.contains("histogram"))
+        print_histogram(spread["histogram"]);
+}
 
 void print_worst(const Json &element)
 {
@@ -174,16 +203,12 @@ Json distributions_of(const korvane_mesh_t *mesh, const StatsOptions &options, c
 
 void print_distribution(const Json &distribution)
 {
-    print_summary(text_of(distribution["measure"]).c_str(), distribution);
-    for (const Json &percentile : distribution.value("percentiles", Json::array()))
-        std::printf("    %3.0f %% up to %.6g\n", percentile["percent"].get<double>(),
-            percentile["value"].get<double>());
-    if (distribution.contains("histogram"))
-        print_histogram(distribution["histogram"]);
+    const std::string measure = text_of(distribution["measure"]);
+    print_spread(measure, distribution);
     for (const Json &tag : distribution.value("by_tag", Json::array()))
-        print_summary((text_of(distribution["measure"]) + ", tag " + text_of(tag["tag"])).c_str(), tag);
+        print_spread(measure + ", tag " + text_of(tag["tag"]), tag);
     if (distribution.contains("worst"))
-        std::printf("  worst by %s\n", text_of(distribution["measure"]).c_str());
+        std::printf("  worst by %s\n", measure.c_str());
     for (const Json &element : distribution.value("worst", Json::array()))
         print_worst(element);
 }

@@ -90,13 +90,25 @@ class CommandLine {
         } catch (const CLI::Success &success) {
             app.exit(success);
         } catch (const CLI::ParseError &error) {
-            app.exit(error);
+            complain(error.what());
             return wrong_usage;
         }
         return after_flush(status);
     }
 
   private:
+    /// Tells what is wrong with the usage, and which help is about it.
+    void complain(const std::string &problem) const
+    {
+        const auto chosen = app.get_subcommands();
+        const auto strangers = app.remaining();
+        const bool is_stranger = chosen.empty() && !strangers.empty();
+        std::fprintf(stderr, "korvane: %s\nkorvane%s --help tells more.\n",
+            is_stranger ? (strangers.front() + ": there is no such subcommand or option").c_str()
+                        : problem.c_str(),
+            chosen.empty() ? "" : (" " + chosen.front()->get_name()).c_str());
+    }
+
     /// What all subcommands that give results have.
     void add_presentation(CLI::App &command)
     {
@@ -129,7 +141,8 @@ class CommandLine {
         add_presentation(command);
         command.add_flag("--histogram", measured.histogram, "Show how the values of each measure are spread")
             ->excludes(keyed);
-        command.add_flag("--by-tag", measured.by_tag, "Report on the measures of each tag")->excludes(keyed);
+        command.add_flag("--by-tag", measured.by_tag, "Show the spread of the measures for each tag, too")
+            ->excludes(keyed);
         command.add_option("--worst", measured.worst, "Show the worst elements by each measure")
             ->type_name("N")
             ->check(CLI::Range(1, INT32_MAX))

@@ -42,6 +42,13 @@ TEST_F(Command, WithoutArgumentsIsWrongUsage)
     }
 }
 
+TEST_F(Command, WrongUsageLeadsToTheHelpAboutIt)
+{
+    EXPECT_EQ(run("nonsense a.mesh").errors,
+        "korvane: nonsense: there is no such subcommand or option\nkorvane --help tells more.\n");
+    EXPECT_EQ(run("diff a.mesh").errors, "korvane: B is required\nkorvane diff --help tells more.\n");
+}
+
 TEST_F(Command, TellsItsVersion)
 {
     EXPECT_EQ(run("--version").output, "korvane 1.4.0\n");

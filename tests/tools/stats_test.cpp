@@ -36,6 +36,15 @@ TEST_F(Stats, ReportsByTag)
     EXPECT_TRUE(holds(spread, "  triangle.aspect_ratio, tag 7 : 1\n    min  : 1.39385\n    max  : 1.39385\n"))
         << spread;
     EXPECT_TRUE(holds(spread, "  triangle.angles, tag 8 : 6\n")) << spread;
+    EXPECT_FALSE(holds(spread, "#")) << spread;
+    // The triangle of tag 7 has angles of 90, 45 and 45 degrees.
+    const std::string histograms = run("stats three.mesh --by-tag --histogram").output;
+    EXPECT_TRUE(
+        holds(histograms, "  triangle.angles, tag 7 : 3\n    min  : 45\n    max  : 90\n    mean : 60\n"
+                          "      1 % up to 45\n      5 % up to 45\n     25 % up to 45\n     50 % up to 45\n"
+                          "     75 % up to 90\n     95 % up to 90\n     99 % up to 90\n"
+                          "        45 .. 49.5              2   66.7 %  ##"))
+        << histograms;
 }
 
 TEST_F(Stats, ShowsTheWorstElementsTheWorstFirst)
