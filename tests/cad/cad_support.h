@@ -117,6 +117,36 @@ Value got(korvane_status_t (*getter)(const Object *, Value *), const Object *obj
     return value;
 }
 
+/// The range of a face.
+struct Ranges {
+    Uv u, v;
+    bool operator==(const Ranges &) const = default;
+};
+
+inline Ranges ranges_of(const korvane_cad_face_t *face)
+{
+    Ranges ranges{{-99, -99}, {-99, -99}};
+    EXPECT_EQ(
+        korvane_cad_face_get_surface_parametric_range(face, ranges.u.data(), ranges.v.data()), STATUS_OK);
+    return ranges;
+}
+
+/// The periodicity of a face.
+struct Periods {
+    int32_t is_periodic_u, is_periodic_v;
+    double u, v;
+    bool operator==(const Periods &) const = default;
+};
+
+inline Periods periods_of(const korvane_cad_face_t *face)
+{
+    Periods periods{-99, -99, -99, -99};
+    EXPECT_EQ(korvane_cad_face_get_surface_periodicity(
+                  face, &periods.is_periodic_u, &periods.is_periodic_v, &periods.u, &periods.v),
+        STATUS_OK);
+    return periods;
+}
+
 /// The interval of an edge.
 inline std::array<double, 2> range_of(const korvane_cad_edge_t *edge)
 {

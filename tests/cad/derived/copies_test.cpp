@@ -36,12 +36,8 @@ TEST_F(Copy, OfAFaceHasItsValuesButNeitherEdgesNorPointsNorModel)
     EXPECT_EQ(got(korvane_cad_face_get_uid, copy), 8u);
     EXPECT_EQ(got(korvane_cad_face_get_orientation, copy), -9);
     EXPECT_EQ(copy->flags, face->flags & ~FACE_ATTACHED);
-    Uv read_u{};
-    Uv read_v{};
-    korvane_cad_face_get_surface_parametric_range(copy, read_u.data(), read_v.data());
-    EXPECT_EQ(read_u, urange);
-    EXPECT_EQ(read_v, vrange);
-    EXPECT_EQ(copy->period_v, 6);
+    EXPECT_EQ(ranges_of(copy), (Ranges{urange, vrange}));
+    EXPECT_EQ(periods_of(copy), (Periods{1, 1, 5, 6}));
     EXPECT_EQ(got(korvane_cad_face_get_original_id_count, copy), 3);
     EXPECT_EQ(copy->original_ids->capacity, 4);
     EXPECT_EQ(copy->original_ids->ids[2], 42u);

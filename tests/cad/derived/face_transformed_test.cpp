@@ -83,20 +83,8 @@ TEST_F(FaceTransformed, ScalesRangeAndPeriodsWithoutTranslating)
     korvane_cad_face_set_orientation(source, -1);
     korvane_cad_face_set_uid(source, 6);
     korvane_cad_face_t *face = derive(cad, source);
-    Uv urange{};
-    Uv vrange{};
-    EXPECT_EQ(korvane_cad_face_get_surface_parametric_range(face, urange.data(), vrange.data()), STATUS_OK);
-    EXPECT_EQ(urange, (Uv{0, 2}));
-    EXPECT_EQ(vrange, (Uv{0, 4}));
-    int32_t periodic_u = 0;
-    int32_t periodic_v = 0;
-    double period_u = 0;
-    double period_v = 0;
-    korvane_cad_face_get_surface_periodicity(face, &periodic_u, &periodic_v, &period_u, &period_v);
-    EXPECT_EQ(periodic_u, 1);
-    EXPECT_EQ(periodic_v, 0);
-    EXPECT_EQ(period_u, 2);
-    EXPECT_EQ(period_v, 0);
+    EXPECT_EQ(ranges_of(face), (Ranges{{0, 2}, {0, 4}}));
+    EXPECT_EQ(periods_of(face), (Periods{1, 0, 2, 0}));
     EXPECT_EQ(got(korvane_cad_face_get_tag, face), 5u);
     EXPECT_EQ(got(korvane_cad_face_get_orientation, face), -1);
     EXPECT_EQ(got(korvane_cad_face_get_uid, face), 0u);
@@ -110,13 +98,8 @@ TEST_F(FaceTransformed, ScalesEveryBoundAndPeriodByItsDirection)
     korvane_cad_face_set_surface_parametric_range(source, of_u.data(), of_v.data());
     korvane_cad_face_set_surface_periodicity(source, 1, 1, 13, 17);
     korvane_cad_face_t *face = derive(cad, source);
-    Uv urange{};
-    Uv vrange{};
-    korvane_cad_face_get_surface_parametric_range(face, urange.data(), vrange.data());
-    EXPECT_EQ(urange, (Uv{2 * 3, 2 * 5}));
-    EXPECT_EQ(vrange, (Uv{4 * 7, 4 * 11}));
-    EXPECT_EQ(face->period_u, 2 * 13);
-    EXPECT_EQ(face->period_v, 4 * 17);
+    EXPECT_EQ(ranges_of(face), (Ranges{{2 * 3, 2 * 5}, {4 * 7, 4 * 11}}));
+    EXPECT_EQ(periods_of(face), (Periods{1, 1, 2 * 13, 4 * 17}));
 }
 
 TEST_F(FaceTransformed, HasNeitherRangeNorPeriodicityIfTheSourceHasNone)
