@@ -1,6 +1,7 @@
 #include "whole_file.h"
 
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstring>
@@ -70,9 +71,14 @@ class Draft {
 bool write_whole_file(const std::string &file, const std::function<bool(const std::string &path)> &write)
 {
     std::error_code problem;
+    if (fs::is_directory(file, problem))
+        return Session::complain(file, std::strerror(EISDIR));
     if (fs::exists(file, problem) && !fs::is_regular_file(file, problem))
         return write(file);
     const fs::path target = fs::is_symlink(file, problem) ? fs::canonical(file, problem) : fs::path(file);
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        return Session::complain(file, std::strerror(errno));
     const Draft draft(target);
     if (!write(draft.path.string()))
         return false;

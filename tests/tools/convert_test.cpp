@@ -18,12 +18,15 @@ TEST_F(Convert, WritesSeveralOutputsOfOneRead)
 
 TEST_F(Convert, OneOutputThatCannotBeWrittenDoesNotHideTheOthers)
 {
-    EXPECT_EQ(
-        run("convert " + sample + " missing/a.vtu missing/b.stl missing/c.mesh d.meshb").exit_status, 1);
+    fs::create_directory(folder / "e.stl");
+    const Outcome outcome = run("convert " + sample + " missing/a.vtu missing/c.mesh d.meshb e.stl");
+    EXPECT_EQ(outcome.exit_status, 1);
+    EXPECT_EQ(outcome.errors, "korvane: missing/a.vtu: No such file or directory\n"
+                              "korvane: missing/c.mesh: No such file or directory\n"
+                              "korvane: e.stl: Is a directory\n");
     EXPECT_EQ(run("diff " + sample + " d.meshb").exit_status, 0);
-    EXPECT_EQ(files_besides({"d.meshb"}), std::vector<std::string>{});
-    EXPECT_EQ(run("convert " + sample + " e.meshb f.txt").exit_status, 2);
-    EXPECT_EQ(files_besides({"d.meshb"}), std::vector<std::string>{});
+    EXPECT_EQ(run("convert " + sample + " f.meshb g.txt").exit_status, 2);
+    EXPECT_EQ(files_besides({"d.meshb", "e.stl"}), std::vector<std::string>{});
 }
 
 TEST_F(Convert, TellsWhatSurfacesAndGridsDoNotCarry)
