@@ -1,3 +1,6 @@
+// Unstructured grids of VTK's XML format: the arrays stand behind the elements as they are in memory, each
+// packed by zlib in blocks, with their number, their sizes before and after, all of 64 bits, in front of
+// them.
 #include "vtu.h"
 
 #include <algorithm>
@@ -6,6 +9,9 @@
 #include <cstring>
 #include <fstream>
 #include <functional>
+#include <new>
+
+#include <zlib.h>
 
 #include "element_measures.h"
 
@@ -44,9 +50,7 @@ class Document {
         line("<DataArray type=\"" + std::string(vtk_name<Value>) + "\" Name=\"" + name +
              "\" NumberOfComponents=\"" + std::to_string(components) + "\" format=\"appended\" offset=\"" +
              std::to_string(data.size()) + "\"/>");
-        const uint64_t bytes = values.size() * sizeof(Value);
-        append(&bytes, sizeof bytes);
-        append(values.data(), bytes);
+        pack(reinterpret_cast<const unsigned char *>(values.data()), values.size() * sizeof(Value));
     }
 
     [[nodiscard]] bool write(const std::string &file) const
@@ -57,9 +61,24 @@ class Document {
     }
 
   private:
-    void append(const void *values, std::size_t bytes)
+    static constexpr std::size_t block_bytes = std::size_t{1} << 20U;
+
+    void pack(const unsigned char *bytes, std::size_t count)
     {
-        data.append(static_cast<const char *>(values), bytes);
+        const std::size_t block_count = (count + block_bytes - 1) / block_bytes;
+        std::vector<uint64_t> head = {block_count, block_bytes, count % block_bytes};
+        std::vector<unsigned char> packed;
+        for (std::size_t at = 0; at < count; at += block_bytes) {
+            const std::size_t unpacked_size = std::min(block_bytes, count - at), begin = packed.size();
+            uLongf size = compressBound(unpacked_size);
+            packed.resize(begin + size);
+            if (compress2(packed.data() + begin, &size, bytes + at, unpacked_size, Z_BEST_SPEED) != Z_OK)
+                throw std::bad_alloc();
+            packed.resize(begin + size);
+            head.push_back(size);
+        }
+        data.append(reinterpret_cast<const char *>(head.data()), head.size() * sizeof(uint64_t));
+        data.append(reinterpret_cast<const char *>(packed.data()), packed.size());
     }
 
     std::string xml;
@@ -90,7 +109,8 @@ class Grid {
         const char *const order = std::endian::native == std::endian::little ? "LittleEndian" : "BigEndian";
         document.line(
             "<?xml version=\"1.0\"?>\n<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"" +
-            std::string(order) + "\" header_type=\"UInt64\">\n<UnstructuredGrid>");
+            std::string(order) +
+            "\" header_type=\"UInt64\" compressor=\"vtkZLibDataCompressor\">\n<UnstructuredGrid>");
         document.line("<Piece NumberOfPoints=\"" + std::to_string(points.size()) + "\" NumberOfCells=\"" +
                       std::to_string(cells.size()) + "\">");
         add_points();

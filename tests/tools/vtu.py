@@ -1,10 +1,24 @@
-"""Reads unstructured grids of VTK's XML format with raw appended data, by rules of its own."""
+"""Reads unstructured grids of VTK's XML format with appended data that zlib packed, by rules of its own."""
 
 import pathlib
 import struct
 import xml.etree.ElementTree as ElementTree
+import zlib
 
 CODES = {"Float64": "d", "Int32": "i", "Int64": "q", "UInt8": "B"}
+
+
+def unpack(data, offset, order):
+    """The bytes of the array at the offset, and where it ends."""
+    count, size, last = struct.unpack_from(order + "3Q", data, offset)
+    packed_sizes = struct.unpack_from(f"{order}{count}Q", data, offset + 24)
+    at, blocks = offset + 24 + 8 * count, []
+    for packed in packed_sizes:
+        blocks.append(zlib.decompress(data[at : at + packed]))
+        at += packed
+    sizes = [len(block) for block in blocks]
+    assert sizes == [size] * count or sizes == [size] * (count - 1) + [last], sizes
+    return b"".join(blocks), at
 
 
 def read(path):
@@ -14,6 +28,7 @@ def read(path):
     assert rest.endswith(b"\n</AppendedData>\n</VTKFile>\n")
     root = ElementTree.fromstring(head + b"</VTKFile>")
     assert root.tag == "VTKFile" and root.get("type") == "UnstructuredGrid" and root.get("header_type") == "UInt64"
+    assert root.get("compressor") == "vtkZLibDataCompressor"
     order = {"LittleEndian": "<", "BigEndian": ">"}[root.get("byte_order")]
     piece = root.find("UnstructuredGrid/Piece")
     grid = {}
@@ -23,10 +38,9 @@ def read(path):
         for array in section:
             offset, width = int(array.get("offset")), int(array.get("NumberOfComponents"))
             assert offset == end, (array.get("Name"), offset, end)
-            (size,) = struct.unpack_from(order + "Q", rest, offset)
+            content, end = unpack(rest, offset, order)
             code = CODES[array.get("type")]
-            values = struct.unpack_from(f"{order}{size // struct.calcsize(order + code)}{code}", rest, offset + 8)
-            end = offset + 8 + size
+            values = struct.unpack(f"{order}{len(content) // struct.calcsize(order + code)}{code}", content)
             if width > 1:
                 values = tuple(values[at : at + width] for at in range(0, len(values), width))
             grid[section.tag][array.get("Name")] = values
