@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 
 #include "io/format_number.h"
@@ -24,15 +25,15 @@ namespace {
 }
 
 /// Takes values of which the first is not plain; zeros from the first on that is missing. How many it took.
-template <class Value>
+template <bool reals, class Value>
 [[nodiscard, gnu::noinline, gnu::cold]] std::size_t take_unplain_values(
-    TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
+    TextScanner &scanner, PlainNumbers<reals> &plain, Value *values, std::size_t count)
 {
     std::size_t taken = 0;
     while (taken < count) {
         scanner.resume(plain);
         const bool has_next = scanner.next_number(values[taken]);
-        plain = scanner.plain_numbers(); // what is at hand may have moved, with or without a number
+        plain = scanner.plain_numbers<reals>(); // what is at hand may have moved, with or without a number
         if (!has_next)
             break;
         ++taken;
@@ -43,14 +44,14 @@ template <class Value>
 }
 
 /// Takes the next values; zeros from the first on that is missing. How many it took.
-template <class Value>
+template <bool reals, class Value>
 [[nodiscard, gnu::always_inline]] inline std::size_t take_values(
-    TextScanner &scanner, PlainNumbers &plain, Value *values, std::size_t count)
+    TextScanner &scanner, PlainNumbers<reals> &plain, Value *values, std::size_t count)
 {
     const std::size_t taken = plain.take(values, count);
     if (taken == count) [[likely]]
         return count;
-    PlainNumbers rest = plain; // so that the address of the other one is never taken
+    PlainNumbers<reals> rest = plain; // so that the address of the other one is never taken
     const std::size_t more = take_unplain_values(scanner, rest, values + taken, count - taken);
     plain = rest;
     return taken + more;
@@ -59,7 +60,7 @@ template <class Value>
 /// As above, of reals that are rounded to the file's precision.
 template <class StoredReal>
 [[nodiscard]] std::size_t take_reals(
-    TextScanner &scanner, PlainNumbers &plain, double *values, std::size_t count)
+    TextScanner &scanner, PlainNumbers<true> &plain, double *values, std::size_t count)
 {
     if constexpr (sizeof(StoredReal) == sizeof(double))
         return take_values(scanner, plain, values, count);
@@ -76,7 +77,7 @@ template <class StoredReal>
 [[nodiscard]] int32_t read_lines(FileStream &stream, int32_t line_count, std::span<const GmfInput> columns)
 {
     TextScanner scanner(stream);
-    PlainNumbers plain = scanner.plain_numbers();
+    PlainNumbers<true> plain = scanner.plain_numbers<true>();
     bool whole = true;
     int32_t line = 0;
     for (; line < line_count && whole; ++line) {
@@ -93,12 +94,40 @@ template <class StoredReal>
     return whole ? line : line - 1;
 }
 
+/// Copies every `values_per_line`-th group of values to a column.
+template <std::size_t width>
+void deal(const int32_t *source, std::size_t values_per_line, std::size_t lines, int32_t *target)
+{
+    for (std::size_t i = 0; i < lines; ++i, source += values_per_line, target += width)
+        std::memcpy(target, source, width * sizeof *target);
+}
+
+void deal(
+    const int32_t *source, std::size_t values_per_line, std::size_t lines, std::size_t width, int32_t *target)
+{
+    switch (width) { // the usual widths as constants, so that a copy is one or two moves
+    case 1:
+        return deal<1>(source, values_per_line, lines, target);
+    case 2:
+        return deal<2>(source, values_per_line, lines, target);
+    case 3:
+        return deal<3>(source, values_per_line, lines, target);
+    case 4:
+        return deal<4>(source, values_per_line, lines, target);
+    case 8:
+        return deal<8>(source, values_per_line, lines, target);
+    default:
+        for (std::size_t i = 0; i < lines; ++i)
+            std::copy_n(source + values_per_line * i, width, target + width * i);
+    }
+}
+
 /// As above, of lines of integers only, which are taken many lines at a time and then dealt to the columns.
 [[nodiscard]] int32_t read_integer_lines(
     FileStream &stream, int32_t line_count, std::span<const GmfInput> columns, std::size_t values_per_line)
 {
     TextScanner scanner(stream);
-    PlainNumbers plain = scanner.plain_numbers();
+    PlainNumbers<false> plain = scanner.plain_numbers<false>();
     std::array<int32_t, 1024> values;
     const auto wanted = static_cast<std::size_t>(line_count);
     for (std::size_t line = 0; line < wanted;) {
@@ -107,10 +136,7 @@ template <class StoredReal>
         const int32_t *source = values.data();
         for (const GmfInput &column : columns) {
             const auto width = static_cast<std::size_t>(column.width);
-            int32_t *target = column.integers + line * width;
-            for (std::size_t i = 0; i < lines; ++i)
-                for (std::size_t j = 0; j < width; ++j)
-                    target[width * i + j] = source[values_per_line * i + j];
+            deal(source, values_per_line, lines, width, column.integers + line * width);
             source += width;
         }
         line += taken / values_per_line;

@@ -1,107 +1,20 @@
 // Takes keywords and numbers from text: tokens between blanks, with comments from "#" to the end of the line.
 //
-// Numbers are converted where they stand in the block of the stream. Where tokens begin is known for 64
-// characters at a time, so that one number need not wait for the length of the one before. Passing over data
-// looks at 32 characters at a time for a letter or a "#". What is not plain (comments, a token that the end
-// of the block cuts, one that is no number as a whole) is left to slower steps that start at a token. Tokens
-// and comments may be of any length; of a token longer than a block only the beginning is looked at.
+// Numbers are converted where they stand in the block of the stream. Passing over data looks at 32 characters
+// at a time for a letter or a "#". What is not plain (comments, a token that the end of the block cuts, one
+// that is no number as a whole) is left to slower steps that start at a token. Tokens and comments may be of
+// any length; of a token longer than a block only the beginning is looked at.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <type_traits>
 
 #include "common/file_stream.h"
-#include "io/blank_mask.h"
 #include "io/gmf_keywords.h"
-#include "io/scan_decimal.h"
+#include "io/plain_numbers.h"
 
 namespace korvane {
-
-namespace text_detail {
-
-inline bool is_blank(char character)
-{
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-} // namespace text_detail
-
-/// Numbers between blanks, of the usual kinds, as long as nothing else comes. Small enough to be kept in
-/// registers: a reader of many numbers works on a copy.
-class PlainNumbers {
-  public:
-    PlainNumbers(const char *from, const char *text_limit) : taken(from), next_window(from), limit(text_limit)
-    {}
-
-    /// Takes numbers until there are `count`, or until what follows is not plain or is cut by the limit. How
-    /// many it took.
-    template <class Value>
-    [[nodiscard, gnu::always_inline]] std::size_t take(Value *values, std::size_t count)
-    {
-        for (std::size_t i = 0; i < count; ++i) {
-            if constexpr (std::is_same_v<Value, int32_t>) {
-                for (; i + 1 < count && take_two(values + i); i += 2) {
-                }
-                if (i == count)
-                    break;
-            }
-            while (starts == 0)
-                if (!look_on())
-                    return i;
-            const char *end = scan_token(next_window - width + std::countr_zero(starts), values[i]);
-            if (end == nullptr || !text_detail::is_blank(*end)) [[unlikely]]
-                return i;
-            starts &= starts - 1;
-            taken = end;
-        }
-        return count;
-    }
-
-    /// The end of the last number.
-    [[nodiscard]] const char *position() const { return taken; }
-
-  private:
-    static constexpr int width = 64; // of the window, the characters that one mask tells of
-
-    /// Takes the next two integers, if both stand in the window and are short.
-    [[nodiscard, gnu::always_inline]] bool take_two(int32_t *values)
-    {
-        const std::uint64_t others = starts & (starts - 1);
-        const int second = std::countr_zero(others);
-        if (others == 0 || blanks >> second == 0)
-            return false;
-        const int first = std::countr_zero(starts);
-        const int lengths[2] = {std::countr_zero(blanks >> first), std::countr_zero(blanks >> second)};
-        const char *const window = next_window - width;
-        const char *const ends[2] = {window + first + lengths[0], window + second + lengths[1]};
-        if (!scan_two_integers(ends, lengths, values)) [[unlikely]]
-            return false;
-        starts = others & (others - 1);
-        taken = ends[1];
-        return true;
-    }
-
-    /// Looks at the next window; false if the text ends before it.
-    [[nodiscard]] bool look_on()
-    {
-        if (next_window >= limit)
-            return false;
-        blanks = blank_mask(next_window);
-        starts = ~blanks & (blanks << 1 | after_blank);
-        after_blank = blanks >> (width - 1);
-        next_window += width;
-        return true;
-    }
-
-    const char *taken;
-    const char *next_window; // the window before it is looked at now
-    const char *limit;
-    std::uint64_t blanks = 0;      // which characters of the window are blank
-    std::uint64_t starts = 0;      // which characters of the window begin numbers that were not taken
-    std::uint64_t after_blank = 1; // whether a number may begin with the next window
-};
 
 /// Starts at the current position of a stream, and leaves the stream behind what it took.
 class TextScanner {
@@ -128,8 +41,17 @@ class TextScanner {
     }
 
     /// The plain numbers at hand from here on. `resume` goes behind those that were taken.
-    [[nodiscard]] PlainNumbers plain_numbers() const { return {cursor, limit}; }
-    void resume(const PlainNumbers &numbers) { cursor = numbers.position(); }
+    template <bool reals>
+    [[nodiscard]] PlainNumbers<reals> plain_numbers() const
+    {
+        return {cursor, limit};
+    }
+
+    template <bool reals>
+    void resume(const PlainNumbers<reals> &numbers)
+    {
+        cursor = numbers.position();
+    }
 
     /// The code of the next token that is a keyword; 0 at the end of the file.
     [[nodiscard]] int32_t next_keyword()
@@ -150,7 +72,7 @@ class TextScanner {
     }
 
   private:
-    static bool ends_token(char character) { return text_detail::is_blank(character) || character == '#'; }
+    static bool ends_token(char character) { return is_blank(character) || character == '#'; }
 
     static bool is_letter(char character)
     {
@@ -196,7 +118,7 @@ class TextScanner {
     [[nodiscard]] bool pass_blanks()
     {
         for (;;) {
-            while (text_detail::is_blank(*cursor))
+            while (is_blank(*cursor))
                 ++cursor;
             if (cursor != limit && *cursor != '#') [[likely]]
                 return true;

@@ -35,7 +35,7 @@ class Scanned {
         std::vector<int32_t> all;
         for (;;) {
             int32_t values[7] = {};
-            PlainNumbers plain = scanner->plain_numbers();
+            PlainNumbers<false> plain = scanner->plain_numbers<false>();
             const std::size_t taken = plain.take(values, std::size(values));
             all.insert(all.end(), values, values + taken);
             scanner->resume(plain);
