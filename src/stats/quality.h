@@ -3,8 +3,9 @@
 //
 // First the element's vertices are asked for, then the coordinates of each, in this order. Statuses are
 // ignored, and what a callback leaves out is zero. A call gives STATUS_ERROR for a null mesh, else STATUS_OK;
-// the results must not be null unless said otherwise. `measure_block` measures elements in a row: their
-// corners are fetched first, element by element as by single calls, so that the accesses to memory overlap.
+// the results must not be null unless said otherwise. `fetch_corners` is the first half of a measurement, for
+// elements in a row: they are fetched one by one as by single calls, but nothing waits for their corners, so
+// that the accesses to memory overlap. `values` is the second half.
 #pragma once
 
 #include <array>
@@ -19,9 +20,6 @@
 #include "tags/tuple_shapes.h"
 
 namespace korvane {
-
-/// How many elements `measure_block` takes at most.
-constexpr uint32_t measure_block_size = 16;
 
 enum class NullResults { not_tested, refused };
 
@@ -44,23 +42,23 @@ struct ElementMeasure {
             return STATUS_ERROR;
         if (null_results == NullResults::refused && results == nullptr)
             return STATUS_ERROR;
-        measure_block(mesh, index, 1, results);
+        Corners corners;
+        fetch_corners(mesh, index, 1, &corners);
+        const Values measured = values(corners);
+        std::memcpy(results, &measured, sizeof measured);
         return STATUS_OK;
     }
 
-    static void measure_block(const korvane_mesh_t *mesh, uint32_t first, uint32_t count, double *results)
+    static void fetch_corners(const korvane_mesh_t *mesh, uint32_t first, uint32_t count, Corners *corners)
     {
-        std::array<Corners, measure_block_size> corners;
         for (uint32_t i = 0; i < count; ++i) {
             std::array<int32_t, vertices_per_element> vertices{};
             fetch<vertices_slot>(mesh, static_cast<int32_t>(first + i), vertices.data());
             fetch_each<&korvane_mesh_s::vertex_coordinates>(mesh, vertices, corners[i].data());
         }
-        for (uint32_t i = 0; i < count; ++i) {
-            const Values values = formula(corners[i]);
-            std::memcpy(results + i * values_per_element, &values, sizeof values);
-        }
     }
+
+    static Values values(const Corners &corners) { return formula(corners); }
 };
 
 inline constexpr ElementMeasure<&korvane_mesh_s::triangle_vertices, triangle_aspect_ratio>
@@ -83,26 +81,29 @@ inline constexpr ElementMeasure<&korvane_mesh_s::hexahedron_vertices, hexahedron
 struct EdgeMeasure {
     static constexpr std::size_t vertices_per_element = 2;
     static constexpr std::size_t values_per_element = 1;
+    using Corners = std::array<Vec3, 2>;
 
     korvane_status_t operator()(
         const korvane_mesh_t *mesh, uint32_t index, double *length, const vertex_pair_set_t &set) const
     {
         *length = 0;
-        if (mesh != nullptr)
-            measure_block(mesh, index, 1, length, set);
+        if (mesh != nullptr) {
+            Corners ends;
+            fetch_corners(mesh, index, 1, &ends, set);
+            *length = values(ends);
+        }
         return STATUS_OK;
     }
 
-    static void measure_block(const korvane_mesh_t *mesh, uint32_t first, uint32_t count, double *lengths,
+    static void fetch_corners(const korvane_mesh_t *mesh, uint32_t first, uint32_t count, Corners *ends,
         const vertex_pair_set_t &set)
     {
-        std::array<std::array<Vec3, 2>, measure_block_size> ends;
         for (uint32_t i = 0; i < count; ++i)
             fetch_each<&korvane_mesh_s::vertex_coordinates>(
                 mesh, set.key(static_cast<int32_t>(first + i)), ends[i].data());
-        for (uint32_t i = 0; i < count; ++i)
-            lengths[i] = edge_length(ends[i][0], ends[i][1]);
     }
+
+    static double values(const Corners &ends) { return edge_length(ends[0], ends[1]); }
 };
 
 inline constexpr EdgeMeasure quality_edge_length;

@@ -76,24 +76,34 @@ void append_achieved(TextBuffer<line_capacity> &text, const char *format, const 
     append_format(text, "\n");
 }
 
+void add_values(RunningStatistics &statistics, double value, int32_t element)
+{
+    statistics.add(value, element);
+}
+
+template <std::size_t count>
+void add_values(RunningStatistics &statistics, const std::array<double, count> &values, int32_t element)
+{
+    for (const double value : values)
+        statistics.add(value, element);
+}
+
 /// Measures the elements 1..element_count and reports under the label. The edge form passes the set of the
 /// edges on to both operations.
 template <auto measure, auto element_vertices, class... Set>
 void statistics_accumulate(const korvane_mesh_t *mesh, int32_t element_count, const char *label,
     bool machine_readable, const Set &...set)
 {
-    constexpr std::size_t values_per_element = measure.values_per_element;
-    std::array<double, measure_block_size * values_per_element> results;
+    constexpr uint32_t block_size = 16;
+    std::array<typename decltype(measure)::Corners, block_size> corners;
     RunningStatistics statistics;
     const auto count = static_cast<uint32_t>(element_count);
     for (uint32_t done = 0; done < count;) {
-        const uint32_t block = std::min(count - done, measure_block_size);
-        measure.measure_block(mesh, done + 1, block, results.data(), set...);
-        for (std::size_t i = 0; i < block; ++i) {
-            ++done;
-            for (std::size_t k = 0; k < values_per_element; ++k)
-                statistics.add(results[i * values_per_element + k], static_cast<int32_t>(done));
-        }
+        const uint32_t block = std::min(count - done, block_size);
+        measure.fetch_corners(mesh, done + 1, block, corners.data(), set...);
+        // Added as they come, so that the division of one update overlaps with the next element's formula.
+        for (uint32_t i = 0; i < block; ++i)
+            add_values(statistics, measure.values(corners[i]), static_cast<int32_t>(++done));
     }
     if (machine_readable) {
         send_keyed(mesh, label, statistics);

@@ -132,7 +132,7 @@ TEST(Quality, AsksForVerticesThenForCoordinatesInTheirOrder)
             "coordinates 8", "coordinates 7", "coordinates 6", "coordinates 5"}));
 }
 
-TEST(Quality, BlocksAreMeasuredAsElementByElement)
+TEST(Quality, ElementsInARowAreMeasuredAsOneByOne)
 {
     RecordingContext context;
     MeshData data = one_of_each();
@@ -145,12 +145,15 @@ TEST(Quality, BlocksAreMeasuredAsElementByElement)
     for (uint32_t i = 0; i < single.size(); ++i) // the last two do not exist
         quality_tetrahedron_aspect_ratio(served, i + 1, &single[i]);
     const Calls calls = std::exchange(server.calls, {});
-    std::array<double, 7> block{};
-    quality_tetrahedron_aspect_ratio.measure_block(served, 1, block.size(), block.data());
-    EXPECT_EQ(block, single);
+    std::array<TetrahedronCorners, 7> corners{};
+    const auto expect_same = [&](const korvane_mesh_t *mesh) {
+        quality_tetrahedron_aspect_ratio.fetch_corners(mesh, 1, corners.size(), corners.data());
+        for (std::size_t i = 0; i < corners.size(); ++i)
+            EXPECT_EQ(quality_tetrahedron_aspect_ratio.values(corners[i]), single[i]) << i;
+    };
+    expect_same(served);
     EXPECT_EQ(server.calls, calls);
-    quality_tetrahedron_aspect_ratio.measure_block(stored, 1, block.size(), block.data());
-    EXPECT_EQ(block, single);
+    expect_same(stored);
 }
 
 TEST(Quality, PassesVertexIndicesOnAsTheyWereDelivered)
