@@ -26,14 +26,16 @@ FlatMesh shuffled(const FlatMesh &natural)
     return mesh;
 }
 
-FlatMesh grid_of_tetrahedra(int32_t cells)
+namespace {
+
+/// The corners of a cell, of which corner c lies at the bits of c, make elements of these.
+using Cell = std::vector<std::vector<int32_t>>;
+
+/// The same elements in every cell of a bent cube of `cells` cells per side.
+FlatMesh grid_of_cells(const ElementKind &kind, const Cell &elements, int32_t cells)
 {
-    // Six tetrahedra around the diagonal from corner 0 to corner 7 of a cell whose corner c lies at the bits
-    // of c.
-    constexpr int32_t around[6][4] = {
-        {0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7}, {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
     FlatMesh mesh;
-    mesh.corners = 4;
+    mesh.kind = &kind;
     const int32_t side = cells + 1;
     for (int32_t k = 0; k < side; ++k) {
         for (int32_t j = 0; j < side; ++j) {
@@ -45,25 +47,35 @@ FlatMesh grid_of_tetrahedra(int32_t cells)
             }
         }
     }
-    for (int32_t k = 0; k < cells; ++k) {
-        for (int32_t j = 0; j < cells; ++j) {
-            for (int32_t i = 0; i < cells; ++i) {
-                for (const auto &corners : around) {
-                    for (const int32_t c : corners)
-                        mesh.vertices.push_back(
-                            1 + i + (c & 1) + side * (j + (c >> 1 & 1) + side * (k + (c >> 2))));
-                    mesh.element_tags.push_back(k);
-                }
-            }
+    for (int32_t cell = 0; cell < cells * cells * cells; ++cell) {
+        const int32_t i = cell % cells, j = cell / cells % cells, k = cell / cells / cells;
+        for (const std::vector<int32_t> &corners : elements) {
+            for (const int32_t c : corners)
+                mesh.vertices.push_back(1 + i + (c & 1) + side * (j + (c >> 1 & 1) + side * (k + (c >> 2))));
+            mesh.element_tags.push_back(k);
         }
     }
     return mesh;
 }
 
+} // namespace
+
+FlatMesh grid_of_tetrahedra(int32_t cells)
+{
+    // Around the diagonal from corner 0 to corner 7.
+    return grid_of_cells(tetrahedron,
+        {{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7}, {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}}, cells);
+}
+
+FlatMesh grid_of_hexahedra(int32_t cells)
+{
+    return grid_of_cells(hexahedron, {{0, 1, 3, 2, 4, 5, 7, 6}}, cells);
+}
+
 FlatMesh grid_of_triangles(int32_t cells)
 {
     FlatMesh mesh;
-    mesh.corners = 3;
+    mesh.kind = &triangle;
     const int32_t side = cells + 1;
     for (int32_t j = 0; j < side; ++j) {
         for (int32_t i = 0; i < side; ++i) {
@@ -125,34 +137,28 @@ Mesh in_memory(const FlatMesh &flat)
         demand(korvane_mesh_set_vertex_coordinates(mesh.get(), i + 1, &flat.coordinates[3 * at]));
         demand(korvane_mesh_set_vertex_tag(mesh.get(), i + 1, &flat.vertex_tags[at]));
     }
-    const bool volume = flat.corners == 4;
-    const auto set_count = volume ? korvane_mesh_set_tetrahedron_count : korvane_mesh_set_triangle_count;
-    const auto set_vertices =
-        volume ? korvane_mesh_set_tetrahedron_vertices : korvane_mesh_set_triangle_vertices;
-    const auto set_tag = volume ? korvane_mesh_set_tetrahedron_tag : korvane_mesh_set_triangle_tag;
-    demand(set_count(mesh.get(), flat.element_count()));
+    const ElementKind &kind = *flat.kind;
+    demand(kind.set_count(mesh.get(), flat.element_count()));
     for (int32_t i = 0; i < flat.element_count(); ++i) {
         const auto at = static_cast<std::size_t>(i);
-        demand(set_vertices(mesh.get(), i + 1, &flat.vertices[static_cast<std::size_t>(flat.corners) * at]));
-        demand(set_tag(mesh.get(), i + 1, &flat.element_tags[at]));
+        demand(kind.set_vertices(mesh.get(), i + 1, &flat.vertices[flat.width() * at]));
+        demand(kind.set_tag(mesh.get(), i + 1, &flat.element_tags[at]));
     }
     return mesh;
 }
 
-TemporaryFile::TemporaryFile(const std::string &extension)
-    : path(std::filesystem::temp_directory_path() /
-           ("korvane-benchmark-" + std::to_string(getpid()) + extension))
-{}
+TemporaryFile::TemporaryFile(const char *extension)
+{
+    static int number = 0;
+    const std::string name =
+        "korvane-benchmark-" + std::to_string(getpid()) + "-" + std::to_string(++number) + extension;
+    path = std::filesystem::temp_directory_path() / name;
+}
 
 TemporaryFile::~TemporaryFile()
 {
     std::error_code ignored;
     std::filesystem::remove(path, ignored);
-}
-
-int64_t TemporaryFile::size() const
-{
-    return static_cast<int64_t>(std::filesystem::file_size(path));
 }
 
 } // namespace korvane::benchmarks

@@ -35,7 +35,7 @@ void measure(const std::string &subject, const FlatMesh &flat)
         std::fflush(stdout);
     };
     report("statistics", best_time([&] { korvane_mesh_compute_statistics(mesh.get()); }));
-    if (flat.corners == 3)
+    if (flat.kind == &triangle)
         report("topology", best_time([&] { korvane_mesh_compute_topological_statistics(mesh.get()); }));
     const struct {
         const char *extension;

@@ -1,7 +1,9 @@
-// The main jobs on a million tetrahedra and two million triangles, each beside its plain loop. The table at
-// the end gives the time of every job as a ratio to its plain loops.
-#include <fstream>
-#include <iterator>
+// The main jobs on meshes of a million to six million elements, in natural order and shuffled, each beside
+// its plain loop. The table at the end gives the time of every job as a ratio to its plain loops, and the
+// ratio that we want.
+#include <cstdint>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,93 +11,135 @@
 #include <korvane.h>
 
 #include "flat_mesh.h"
-#include "plain_loops.h"
+#include "plain_files.h"
+#include "plain_judgement.h"
 #include "ratio_report.h"
 
 namespace korvane::benchmarks {
 namespace {
 
+/// The greatest ratios wanted, by the names of the plain benchmarks.
+std::map<std::string, double> goals;
+
 template <class Job>
-void add(const std::string &name, int64_t items, Job job)
+void add(const std::string &name, Job job)
 {
-    benchmark::RegisterBenchmark(name.c_str(), [items, job](benchmark::State &state) {
+    benchmark::RegisterBenchmark(name.c_str(), [job](benchmark::State &state) {
         for ([[maybe_unused]] auto _ : state)
             job();
-        state.SetItemsProcessed(state.iterations() * items);
     })->Unit(benchmark::kMillisecond);
 }
 
-/// A job on a mesh held by the library, which is built when the job first runs.
-class LazyMesh {
+template <class Job>
+void add_plain(const std::string &job_name, const char *name, double goal, Job job)
+{
+    add(job_name + "/" + name, job);
+    goals[job_name + "/" + name] = goal;
+}
+
+/// A mesh in one order of its vertices: on flat arrays, and held by the library. Both are made when a job
+/// first asks for them.
+class Subject {
   public:
-    explicit LazyMesh(const FlatMesh &source) : flat(source) {}
-    korvane_mesh_t *get()
+    struct Grid {
+        const char *name;
+        FlatMesh (*make)(int32_t cells);
+        int32_t cells;
+    };
+
+    Subject(const Grid &of_grid, Order in_order)
+        : name(in_order == Order::natural ? of_grid.name : std::string("shuffled ") + of_grid.name),
+          order(in_order), grid(of_grid)
+    {}
+
+    const std::string name;
+    const Order order;
+
+    const FlatMesh &flat()
     {
-        if (!mesh)
-            mesh = in_memory(flat);
-        return mesh.get();
+        if (flat_mesh.vertex_count() == 0)
+            flat_mesh = order == Order::natural ? grid.make(grid.cells) : shuffled(grid.make(grid.cells));
+        return flat_mesh;
+    }
+
+    korvane_mesh_t *mesh()
+    {
+        if (!held)
+            held = in_memory(flat());
+        return held.get();
+    }
+
+    /// A file that holds the mesh.
+    const char *file(const char *extension)
+    {
+        std::unique_ptr<TemporaryFile> &file = files[extension];
+        if (!file) {
+            file = std::make_unique<TemporaryFile>(extension);
+            korvane_mesh_write_mesh(mesh(), file->name());
+        }
+        return file->name();
     }
 
   private:
-    const FlatMesh &flat;
-    Mesh mesh;
+    const Grid grid;
+    FlatMesh flat_mesh;
+    Mesh held;
+    std::map<std::string, std::unique_ptr<TemporaryFile>> files;
 };
 
-std::string bytes_of(const char *file_name)
+void add_reading(Subject &subject)
 {
-    std::ifstream file(file_name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    const auto read = [&subject](const char *extension) {
+        return [&subject, extension] {
+            Mesh(korvane_mesh_new_read_mesh(silent_context(), subject.file(extension)));
+        };
+    };
+    const std::string binary = "read binary " + subject.name, text = "read text " + subject.name;
+    add(binary, read(".meshb"));
+    add(binary + "/raw read", [&subject] { benchmark::DoNotOptimize(read_raw(subject.file(".meshb"))); });
+    add_plain(binary, "read and decode", 1.3,
+        [&subject] { benchmark::DoNotOptimize(read_and_decode(subject.file(".meshb"))); });
+    add(text, read(".mesh"));
+    add(text + "/raw read", [&subject] { benchmark::DoNotOptimize(read_raw(subject.file(".mesh"))); });
+    add_plain(text, "fscanf", 1.0 / 12,
+        [&subject] { benchmark::DoNotOptimize(read_with_fscanf(subject.file(".mesh"))); });
 }
 
-void add_files(const std::string &subject, const FlatMesh &flat, LazyMesh &mesh)
+void add_writing(Subject &subject)
 {
-    static std::vector<std::unique_ptr<TemporaryFile>> files;
-    const int64_t items = flat.vertex_count() + flat.element_count();
-    for (const std::string encoding : {"binary", "text"}) {
-        const std::string extension = "-" + subject + (encoding == "text" ? ".mesh" : ".meshb");
-        const char *source = files.emplace_back(std::make_unique<TemporaryFile>("-in" + extension))->name();
-        const char *target = files.emplace_back(std::make_unique<TemporaryFile>("-out" + extension))->name();
-        korvane_mesh_write_mesh(mesh.get(), source);
-        const std::string read = "read " + encoding + " " + subject,
-                          write = "write " + encoding + " " + subject;
-        add(read, items, [source] { Mesh(korvane_mesh_new_read_mesh(silent_context(), source)); });
-        add(read + "/raw read", items, [source] { benchmark::DoNotOptimize(read_raw(source)); });
-        add(write, items, [&mesh, target] { korvane_mesh_write_mesh(mesh.get(), target); });
-        add(write + "/raw write", items, [bytes = bytes_of(source), target] { write_raw(bytes, target); });
-        if (encoding == "text") {
-            add(read + "/fscanf", items, [source] { benchmark::DoNotOptimize(read_with_fscanf(source)); });
-            add(write + "/fprintf", items, [&flat, target] { write_with_fprintf(flat, target); });
-        } else {
-            add(read + "/read and decode", items,
-                [source] { benchmark::DoNotOptimize(read_and_decode(source)); });
-            add(write + "/encode and write", items, [&flat, target] { encode_and_write(flat, target); });
-        }
-    }
+    static const TemporaryFile binary_file(".meshb"), text_file(".mesh"), bulk_file(".bdf");
+    const std::string binary = "write binary " + subject.name, text = "write text " + subject.name,
+                      bulk = "write bulk data " + subject.name;
+    add(binary, [&subject] { korvane_mesh_write_mesh(subject.mesh(), binary_file.name()); });
+    add_plain(binary, "encode and write", 1.3,
+        [&subject] { encode_and_write(subject.flat(), binary_file.name()); });
+    add(text, [&subject] { korvane_mesh_write_mesh(subject.mesh(), text_file.name()); });
+    add_plain(text, "fprintf", 1.0 / 5, [&subject] { write_with_fprintf(subject.flat(), text_file.name()); });
+    add(bulk, [&subject] { korvane_mesh_write_bdf(subject.mesh(), bulk_file.name()); });
+    add_plain(bulk, "fprintf", 1.0 / 3.5,
+        [&subject] { write_bulk_data_with_fprintf(subject.flat(), bulk_file.name()); });
 }
 
-void add_bulk_data(const std::string &subject, const FlatMesh &flat, LazyMesh &mesh)
+/// Statistics of any mesh.
+void add_statistics(Subject &subject)
 {
-    static const TemporaryFile file("-out.bdf");
-    const int64_t items = flat.vertex_count() + flat.element_count();
-    const std::string write = "write bulk data " + subject;
-    add(write, items, [&mesh] { korvane_mesh_write_bdf(mesh.get(), file.name()); });
-    add(write + "/fprintf", items, [&flat] { write_bulk_data_with_fprintf(flat, file.name()); });
-}
-
-/// Statistics of any mesh, topology of surfaces.
-void add_judgement(const std::string &subject, const FlatMesh &flat, Order order, LazyMesh &mesh)
-{
-    const std::string statistics = "statistics " + subject, topology = "topology " + subject;
-    add(statistics, flat.element_count(), [&mesh] { korvane_mesh_compute_statistics(mesh.get()); });
-    add(statistics + "/plain loops", flat.element_count(), [&flat, order] {
+    const std::string statistics = "statistics " + subject.name;
+    add(statistics, [&subject] { korvane_mesh_compute_statistics(subject.mesh()); });
+    add_plain(statistics, "plain loops", 1.3, [&subject] {
+        const FlatMesh &flat = subject.flat();
         benchmark::DoNotOptimize(judge_elements(flat));
-        benchmark::DoNotOptimize(judge_edges(flat, order));
+        if (flat.kind != &hexahedron)
+            benchmark::DoNotOptimize(judge_edges(flat, subject.order));
     });
-    if (flat.corners != 3)
-        return;
-    add(topology, flat.element_count(), [&mesh] { korvane_mesh_compute_topological_statistics(mesh.get()); });
-    add(topology + "/hash, union-find", flat.element_count(),
-        [&flat, order] { benchmark::DoNotOptimize(count_topology(flat, order)); });
+}
+
+/// Topology of surfaces.
+void add_topology(Subject &subject)
+{
+    const std::string topology = "topology " + subject.name;
+    add(topology, [&subject] { korvane_mesh_compute_topological_statistics(subject.mesh()); });
+    add_plain(topology, "hash, union-find", subject.order == Order::natural ? 2 : 3,
+        [&subject] { benchmark::DoNotOptimize(count_topology(subject.flat(), subject.order)); });
 }
 
 } // namespace
@@ -105,19 +149,24 @@ int main(int argc, char **argv)
 {
     using namespace korvane::benchmarks;
     silent_context(); // made before the meshes, and deleted after them
-    LazyMesh tetrahedra(million_tetrahedra(Order::natural)), triangles(two_million_triangles(Order::natural));
-    LazyMesh shuffled_tetrahedra(million_tetrahedra(Order::shuffled));
-    LazyMesh shuffled_triangles(two_million_triangles(Order::shuffled));
-    add_files("tetrahedra", million_tetrahedra(Order::natural), tetrahedra);
-    add_files("triangles", two_million_triangles(Order::natural), triangles);
-    add_bulk_data("tetrahedra", million_tetrahedra(Order::natural), tetrahedra);
-    add_bulk_data("triangles", two_million_triangles(Order::natural), triangles);
-    add_judgement("tetrahedra", million_tetrahedra(Order::natural), Order::natural, tetrahedra);
-    add_judgement("triangles", two_million_triangles(Order::natural), Order::natural, triangles);
-    add_judgement(
-        "shuffled tetrahedra", million_tetrahedra(Order::shuffled), Order::shuffled, shuffled_tetrahedra);
-    add_judgement(
-        "shuffled triangles", two_million_triangles(Order::shuffled), Order::shuffled, shuffled_triangles);
-
-    return run_with_ratios(argc, argv);
+    const Subject::Grid grids[] = {
+        {"tetrahedra 1 M", grid_of_tetrahedra, 55}, // 998,250
+        {"tetrahedra 6 M", grid_of_tetrahedra, 100},
+        {"hexahedra 1 M", grid_of_hexahedra, 100},
+        {"triangles 2 M", grid_of_triangles, 1000},
+    };
+    std::vector<std::unique_ptr<Subject>> subjects;
+    for (const Subject::Grid &grid : grids) {
+        for (const Order order : {Order::natural, Order::shuffled}) {
+            Subject &subject = *subjects.emplace_back(std::make_unique<Subject>(grid, order));
+            if (order == Order::natural) {
+                add_reading(subject);
+                add_writing(subject);
+            }
+            add_statistics(subject);
+            if (grid.make == grid_of_triangles)
+                add_topology(subject);
+        }
+    }
+    return run_with_ratios(argc, argv, goals);
 }

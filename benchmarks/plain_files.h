@@ -1,8 +1,7 @@
-// What the library's jobs are measured against: the least code that moves the same bytes, or evaluates the
-// same formulas, on flat arrays.
+// What the library's readers and writers are measured against: the least code that moves the same bytes.
 #pragma once
 
-#include <string>
+#include <cstdint>
 
 #include "flat_mesh.h"
 
@@ -26,20 +25,5 @@ void write_with_fprintf(const FlatMesh &mesh, const char *file_name);
 
 /// Bulk data, with one fprintf per vertex and per field of an element.
 void write_bulk_data_with_fprintf(const FlatMesh &mesh, const char *file_name);
-
-/// One write of the bytes given.
-void write_raw(const std::string &bytes, const char *file_name);
-
-/// The aspect ratios of all elements, and the angles of triangles, with their extremes, mean and running
-/// variance; gives the variance.
-double judge_elements(const FlatMesh &mesh);
-
-/// The distinct edges, found by the hash that suits the order of the vertices, with the extremes, mean and
-/// running variance of their lengths; gives the number of edges.
-int32_t judge_edges(const FlatMesh &mesh, Order order);
-
-/// Free and non-manifold edges of a surface by such a hash, its components by union-find; gives the sum of
-/// all three.
-int32_t count_topology(const FlatMesh &mesh, Order order);
 
 } // namespace korvane::benchmarks
