@@ -1,6 +1,6 @@
 // Binary files of the engine: words of 32 bits in either byte order, blocks chained by their positions.
 //
-// The chain is followed once, and only forwards, so that it ends. Lines are converted column by column while
+// The chain may lead back, but not so often as in a circle. Lines are converted column by column while
 // many of them stand in the block of the stream, straight into the arrays of the caller. Positions are 32
 // bits with sign: whatever would end beyond them is refused before it is written. Cost: one copy per value.
 #include "io/gmf_binary.h"
@@ -166,15 +166,13 @@ int64_t header_bytes(const gmf_keyword_info_t &keyword)
 /// The state of the walk along the chain of blocks.
 enum class Chain { goes_on, ends, is_broken };
 
-/// Reads the header of the block at the current position and goes to the next one.
-Chain index_block(gmf_file_t &file)
+/// Reads the header of the block at the current position, and where the next one is.
+Chain index_block(gmf_file_t &file, int32_t &next)
 {
-    const int64_t block = file.stream.reading_position();
     int32_t code = 0;
-    int32_t next = 0;
     if (!read_integer(file, code) || !read_integer(file, next))
         return Chain::ends;
-    if (next != 0 && (next <= block || next > file.stream.file_size()))
+    if (next < 0 || next > file.stream.file_size())
         return Chain::is_broken;
     if (gmf_is_code(code)) {
         gmf_keyword_info_t &keyword = file.keyword(code);
@@ -183,9 +181,7 @@ Chain index_block(gmf_file_t &file)
         gmf_expand_format(file, code);
         keyword.data_position = file.stream.reading_position();
     }
-    if (next == 0 || code == gmf_end)
-        return Chain::ends;
-    return file.stream.seek(next) == 0 ? Chain::goes_on : Chain::is_broken;
+    return next == 0 || code == gmf_end ? Chain::ends : Chain::goes_on;
 }
 
 } // namespace
@@ -198,16 +194,25 @@ bool read_binary_header(gmf_file_t &file)
     int32_t code = 0;
     int32_t next = 0;
     return read_integer(file, file.version) && (file.version == 1 || file.version == 2) &&
-           read_integer(file, code) && code == gmf_dimension && read_integer(file, next) && next >= 0 &&
-           next <= file.stream.file_size() && read_integer(file, file.dimension);
+           read_integer(file, code) && code == gmf_dimension && read_integer(file, next) &&
+           read_integer(file, file.dimension);
 }
 
 bool index_binary_keywords(gmf_file_t &file)
 {
-    Chain chain = Chain::goes_on;
-    while (chain == Chain::goes_on)
-        chain = index_block(file);
-    return chain == Chain::ends;
+    // In a file without a circle, blocks that matter are at most one per code.
+    int32_t steps_back_left = GMF_MAX_KEYWORDS;
+    for (;;) {
+        const int64_t block = file.stream.reading_position();
+        int32_t next = 0;
+        const Chain chain = index_block(file, next);
+        if (chain != Chain::goes_on)
+            return chain == Chain::ends;
+        if (next <= block && steps_back_left-- == 0)
+            return false;
+        if (file.stream.seek(next) != 0)
+            return false;
+    }
 }
 
 int32_t held_binary_lines(const gmf_file_t &file, const gmf_keyword_info_t &keyword)

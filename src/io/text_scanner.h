@@ -1,4 +1,6 @@
 // Takes keywords and numbers from text: tokens between blanks, with comments from "#" to the end of the line.
+// A
+// "#" inside of a word is a part of it; behind the digits of a number it begins a comment.
 //
 // Numbers are converted where they stand in the block of the stream. Passing over data looks at 32 characters
 // at a time for a letter or a "#". What is not plain (comments, a token that the end of the block cuts, one
@@ -30,13 +32,13 @@ class TextScanner {
     {
         if (!pass_blanks())
             return false;
-        const char *token_end = complete_token();
+        const char *token_end = complete_token(ends_number);
         const char *end = scan_number(cursor, token_end, value);
         if (end == nullptr)
             return false;
         cursor = end;
         if (cursor == limit || !scan_detail::is_sign(*cursor))
-            pass_token();
+            pass_token(ends_number);
         return true;
     }
 
@@ -58,9 +60,9 @@ class TextScanner {
     {
         int32_t code = 0;
         while (code == 0 && pass_to_word()) {
-            const char *end = complete_token();
+            const char *end = complete_token(is_blank);
             code = gmf_find_keyword(std::string_view(cursor, static_cast<std::size_t>(end - cursor)));
-            pass_token();
+            pass_token(is_blank);
         }
         return code;
     }
@@ -72,7 +74,7 @@ class TextScanner {
     }
 
   private:
-    static bool ends_token(char character) { return is_blank(character) || character == '#'; }
+    static bool ends_number(char character) { return is_blank(character) || character == '#'; }
 
     static bool is_letter(char character)
     {
@@ -136,7 +138,7 @@ class TextScanner {
         } while (cursor == limit && fetch());
     }
 
-    void pass_token()
+    void pass_token(bool (*ends_token)(char))
     {
         do {
             cursor = std::find_if(cursor, limit, ends_token);
@@ -150,23 +152,23 @@ class TextScanner {
         for (;;) {
             const char *found = find_letter_or_comment(cursor, limit);
             if (found != cursor)
-                begins_token = ends_token(found[-1]);
+                begins_token = is_blank(found[-1]);
             cursor = found;
             if (cursor == limit) {
                 if (!fetch())
                     return false;
+            } else if (!begins_token) {
+                pass_token(is_blank);
             } else if (*cursor == '#') {
                 pass_comment();
-            } else if (begins_token) {
-                return true;
             } else {
-                ++cursor;
+                return true;
             }
         }
     }
 
     /// Makes the whole token at the cursor stand in the block, as far as it has room, and gives its end.
-    [[nodiscard]] const char *complete_token()
+    [[nodiscard]] const char *complete_token(bool (*ends_token)(char))
     {
         const char *end = std::find_if(cursor, limit, ends_token);
         while (end == limit) {

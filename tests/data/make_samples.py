@@ -392,7 +392,6 @@ def refused_files():
         "first-keyword-4": head(1, 2, 4, 20, 3).block(block).end(),
         "dimension-1": head(1, 2, 3, 20, 1).block(block).end(),
         "dimension-4": head(1, 2, 3, 20, 4).block(block).end(),
-        "dimension-position-negative": head(1, 2, 3, -20, 3).block(block).end(),
         "position-beyond-end": head(1, 2, 3, 20, 3).integers(15, 1000, 1, 1, 54, 0).bytes,
         "position-negative": head(1, 2, 3, 20, 3).integers(15, -36, 1, 1, 54, 0).bytes,
         "chain-in-a-circle": head(1, 2, 3, 20, 3).integers(15, 36, 1, 1, 16, 20, 1, 1, 54, 0).bytes,
@@ -423,6 +422,7 @@ def survived_files():
             "Vertices 3 1 2 3 4 Edges 1 1 2 3",
             [("Vertices", [one, zero, zero]), ("Edges", [(1, 2, 3)])],
         ),
+        "comment-inside-a-token": ("Vertices 1 1 2 3 4 5#c Edges 1 1 2 3", [("Vertices", [one]), ("Edges", [(1, 2, 3)])]),
         "no-number-in-a-block": ("Vertices 3 1 2 3 4 5 x 7 8 9 1 2 3", [("Vertices", [one, (5.0, 0.0, 0.0, 0), zero])]),
         "comment-without-end": ("Vertices 1 1 2 3 4 # and no more", [("Vertices", [one])]),
         "token-too-long": ("Vertices 1 1 2 3 4 " + "Edges" * 1000 + " 1 1 2 3", [("Vertices", [one])]),
@@ -452,6 +452,11 @@ def survived_files():
         "count-negative": (file().block(edges).integers(4, 0, -3, 1, 2, 3).bytes, [edges]),
         "block-header-cut": (file().block(edges).integers(4).bytes, [edges]),
         "no-end": (file().block(edges).bytes, [edges]),
+        "dimension-position-negative": (Binary(2, head=(1, 2, 3, -20, 3)).block(edges).end(), [edges]),
+        "blocks-in-any-order": (
+            file().integers(99, 52).integers(5, 0, 1, 1, 2, 3).integers(4, 28, 1).reals(1.0, 2.0, 3.0).integers(4).bytes,
+            [("Vertices", [one]), edges],
+        ),
         "block-longer-than-its-place": (
             file().integers(5, 44, 3, 1, 2, 3).integers(54, 0).bytes,
             [("Edges", [(1, 2, 3), (54, 0, 0), (0, 0, 0)])],

@@ -85,8 +85,8 @@ TEST_F(GmfBinary, RefusesOtherHeaders)
     EXPECT_FALSE(opens(Bytes().integers(1, 0, 3, 20, 3)));
     EXPECT_FALSE(opens(Bytes().integers(1, 3, 3, 20, 3)));
     EXPECT_FALSE(opens(Bytes().integers(1, 2, 4, 20, 3)));
-    EXPECT_FALSE(opens(Bytes().integers(1, 2, 3, -20, 3)));
-    EXPECT_FALSE(opens(Bytes().integers(1, 2, 3, 21, 3)));
+    EXPECT_TRUE(opens(Bytes().integers(1, 2, 3, -20, 3))); // where the next block is, is known without
+    EXPECT_TRUE(opens(Bytes().integers(1, 2, 3, 21, 3)));
     EXPECT_FALSE(opens(Bytes().integers(1, 2, 3, 20, 1)));
     EXPECT_FALSE(opens(Bytes().integers(1, 2, 3, 20, 4)));
     const std::string whole = Bytes().header(2, 3).text();
@@ -94,7 +94,7 @@ TEST_F(GmfBinary, RefusesOtherHeaders)
         EXPECT_EQ(open(whole.substr(0, size)), 0) << size;
 }
 
-TEST_F(GmfBinary, FollowsTheChainForwardsOnly)
+TEST_F(GmfBinary, FollowsTheChainInsideTheFile)
 {
     const auto chained = [](int32_t next) { return Bytes().header(2, 3).integers(15, next, 1, 7, 54, 0); };
     EXPECT_TRUE(opens(chained(36)));
@@ -104,9 +104,34 @@ TEST_F(GmfBinary, FollowsTheChainForwardsOnly)
     EXPECT_FALSE(opens(chained(INT32_MAX)));
     EXPECT_FALSE(opens(chained(-1)));
     EXPECT_FALSE(opens(chained(INT32_MIN)));
-    EXPECT_FALSE(opens(chained(20))); // in a circle
-    EXPECT_FALSE(opens(chained(8)));  // backwards
+}
+
+TEST_F(GmfBinary, FollowsTheChainBackButNotInACircle)
+{
+    const Bytes back = Bytes().header(2, 3).integers(99, 44).integers(15, 0, 1, 7).integers(16, 28, 2, 8, 9);
+    const int32_t index = open(back);
+    EXPECT_EQ(gmf_keyword_count(index, gmf_required_edges), 2);
+    EXPECT_EQ(gmf_keyword_count(index, gmf_required_vertices), 1);
+    EXPECT_EQ(gmf_seek_keyword(index, gmf_required_vertices), 0);
+    gmf_close_file(index);
+
+    EXPECT_FALSE(opens(Bytes().header(2, 3).integers(15, 20, 1, 7))); // to itself
+    EXPECT_FALSE(opens(Bytes().header(2, 3).integers(15, 8, 1, 7)));  // to the dimension
     EXPECT_FALSE(opens(Bytes().header(2, 3).integers(15, 36, 1, 7, 15, 20, 1, 7)));
+}
+
+TEST_F(GmfBinary, StepsBackAreAtMostOnePerCode)
+{
+    const auto with_steps_back = [](int32_t steps) {
+        // Unknown blocks from the last to the first, each of 8 bytes.
+        Bytes bytes = Bytes().header(2, 3).integers(99, 28 + 8 * steps);
+        for (int32_t i = 0; i <= steps; ++i)
+            bytes.integers(99, i == 0 ? 0 : 20 + 8 * i);
+        return bytes;
+    };
+    EXPECT_TRUE(opens(with_steps_back(1)));
+    EXPECT_TRUE(opens(with_steps_back(79)));
+    EXPECT_FALSE(opens(with_steps_back(80)));
 }
 
 TEST_F(GmfBinary, PassesOverUnknownCodesAndStopsAtTheEnd)
