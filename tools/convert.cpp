@@ -118,7 +118,7 @@ int convert(
 {
     Session session;
     Output report("convert", presentation, print);
-    const std::optional<FileDescription> description = describe_file(input);
+    const std::optional<FileDescription> description = describe_file(input, false);
     const Mesh mesh = session.read(input);
     if (!mesh) {
         report.add_problem(input, session.last_problem());

@@ -46,9 +46,9 @@ int32_t count_text_lines(int32_t index, int32_t code)
     return held;
 }
 
-/// The lines of a block that stand in the file: for a text, those that its size leaves room for, counted only
-/// where a text without its "End" may break off.
-int32_t count_held_lines(int32_t index, int32_t code, bool may_break_off)
+/// The lines of a block that stand in the file; of a text, unless they are counted, those that its size
+/// leaves room for.
+int32_t count_held_lines(int32_t index, int32_t code, bool counts_lines)
 {
     const gmf_file_t &file = *gmf_find_file(index);
     const gmf_keyword_info_t &keyword = file.keywords[static_cast<std::size_t>(code)];
@@ -59,19 +59,15 @@ int32_t count_held_lines(int32_t index, int32_t code, bool may_break_off)
         return static_cast<int32_t>(
             std::min<int64_t>(bytes / (int64_t{4} * keyword.words_per_line), keyword.line_count));
     }
-    return may_break_off ? count_text_lines(index, code) : gmf_held_lines(index, code);
+    return counts_lines ? count_text_lines(index, code) : gmf_held_lines(index, code);
 }
 
 /// What the file states but does not hold, of the first such block in it. The library reads it as zeros.
-std::string shortfall_of(int32_t index)
+std::string shortfall_of(int32_t index, bool counts_lines)
 {
-    const gmf_file_t &file = *gmf_find_file(index);
-    const bool ends = file.keywords[gmf_end].line_count != 0;
-    const auto last = std::ranges::max_element(file.keywords, {}, &gmf_keyword_info_t::data_position);
     for (int32_t code = 1; code <= GMF_MAX_KEYWORDS; ++code) {
-        const gmf_keyword_info_t &keyword = file.keywords[static_cast<std::size_t>(code)];
         const int32_t stated = gmf_keyword_count(index, code);
-        const int32_t held = stated == 0 ? 0 : count_held_lines(index, code, !ends && &keyword == &*last);
+        const int32_t held = stated == 0 ? 0 : count_held_lines(index, code, counts_lines);
         if (held < stated)
             return std::string("holds no more than ")
                 .append(std::to_string(held))
@@ -85,7 +81,7 @@ std::string shortfall_of(int32_t index)
 
 } // namespace
 
-std::optional<FileDescription> describe_file(const std::string &file)
+std::optional<FileDescription> describe_file(const std::string &file, bool counts_lines)
 {
     int32_t version = 0, dimension = 0;
     const int32_t index = gmf_open_file(file.c_str(), gmf_read_mode, &version, &dimension);
@@ -94,7 +90,7 @@ std::optional<FileDescription> describe_file(const std::string &file)
     const GmfFileGuard guard(index);
     const gmf_file_t &record = *gmf_find_file(index);
     FileDescription description{record.is_binary(), record.has_opposite_byte_order(), version, dimension,
-        (record.kind_flags & gmf_solution) != 0, {}, shortfall_of(index)};
+        (record.kind_flags & gmf_solution) != 0, {}, shortfall_of(index, counts_lines)};
     for (int32_t code = 1; code <= GMF_MAX_KEYWORDS; ++code) {
         const int32_t count = gmf_keyword_count(index, code);
         if (count != 0 && !is_frame(code))

@@ -25,7 +25,8 @@ struct FileDescription {
     std::string shortfall;            // what the file states but does not hold; empty if it is whole
 };
 
-/// Nothing if the file cannot be opened as a keyword file.
-std::optional<FileDescription> describe_file(const std::string &file);
+/// Nothing if the file cannot be opened as a keyword file. To count the lines, a text is read from end to
+/// end; otherwise it has to be much too short for a shortfall to be noticed.
+std::optional<FileDescription> describe_file(const std::string &file, bool counts_lines);
 
 } // namespace korvane::tools

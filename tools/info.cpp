@@ -157,7 +157,7 @@ void print(const Json &record, const Presentation &presentation)
 
 bool describe(Session &session, Output &output, const std::string &file, bool header_only)
 {
-    const std::optional<FileDescription> description = session.describe(file);
+    const std::optional<FileDescription> description = session.describe(file, !header_only);
     if (!description) {
         output.add_problem(file, session.last_problem());
         return false;

@@ -44,7 +44,7 @@ bool Session::tell(const std::string &text)
     return complain(subject, text);
 }
 
-std::optional<FileDescription> Session::describe(const std::string &file)
+std::optional<FileDescription> Session::describe(const std::string &file, bool counts_lines)
 {
     subject = file;
     struct stat status;
@@ -53,7 +53,7 @@ std::optional<FileDescription> Session::describe(const std::string &file)
         tell(std::strerror(errno));
     else if (S_ISDIR(status.st_mode))
         tell(std::strerror(EISDIR));
-    else if (description = describe_file(file); !description)
+    else if (description = describe_file(file, counts_lines); !description)
         tell("cannot be opened as a mesh or solution file");
     else if (!description->shortfall.empty())
         tell(description->shortfall);
@@ -63,7 +63,7 @@ std::optional<FileDescription> Session::describe(const std::string &file)
 /// False after it was told why.
 bool Session::is_whole(const std::string &file)
 {
-    const std::optional<FileDescription> description = describe(file);
+    const std::optional<FileDescription> description = describe(file, true);
     return description && description->shortfall.empty();
 }
 

@@ -33,8 +33,8 @@ class Session {
     Session &operator=(const Session &) = delete;
 
     /// What a file says of itself; nothing after it was told that it cannot be opened. That it holds less
-    /// than it states is told, too.
-    std::optional<FileDescription> describe(const std::string &file);
+    /// than it states is told, too; `counts_lines` as in describe_file.
+    std::optional<FileDescription> describe(const std::string &file, bool counts_lines);
 
     /// Reads a mesh; null after what is wrong was told.
     Mesh read(const std::string &file);

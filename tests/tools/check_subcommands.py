@@ -84,6 +84,7 @@ def broken_files(folder):
         "begun.mesh": text[:20],
         "begun.meshb": binary[:10],
         "boasting.mesh": text.replace(b"936", b"2000000000"),
+        "miscounted.mesh": text.replace(b"Edges\n48", b"Edges\n49"),
         "nothing.mesh": b"",
         "picture.mesh": b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR",
         "picture.meshb": b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR",
@@ -174,6 +175,9 @@ class Judge:
     def judge_broken(self, file):
         (self.folder / "wanted.sol").write_text(SIZES)
         for line, outputs in lines(file):
+            if "--header" in line and file.name in ("cut_off.mesh", "cut_off_late.mesh", "miscounted.mesh"):
+                assert self.run(line).returncode == 0, line  # the lines of a text are not looked at
+                continue
             for output in outputs:
                 (self.folder / output).write_text("precious")
             before = self.files()
