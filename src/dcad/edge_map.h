@@ -2,7 +2,8 @@
 //
 // The edges are numbered by a major set, and the values lie in an array by those numbers. Invariants: every
 // numbered edge has a discretization, which the map owns; nothing is removed. Cost: a search walks one
-// bucket. The number of buckets never grows, so that a map should be created for the number of edges to come.
+// bucket, or asks the finder of the major set once a bucket is long, because the number of buckets never
+// grows.
 #pragma once
 
 #include <cstdint>
@@ -33,6 +34,7 @@ struct edge_handle {
         return (low_bits(edge) >> 3) % bucket_count;
     }
     static bool equal(value_type a, value_type b) { return low_bits(a) == low_bits(b); }
+    static uint64_t packed(value_type edge) { return low_bits(edge); }
 };
 
 struct EdgeMap {

@@ -2,8 +2,9 @@
 // distinct edges.
 //
 // A walk over tables; the texts are fixed. Each element is fetched anew for each measure, in order, and
-// its values go straight into the running sums. Memory: only the edge sets, 16 bytes per distinct edge.
-// Whatever memory does not suffice for is left out of the report.
+// its values go straight into the running sums. Memory: only the edge sets, 16 bytes per distinct edge, and
+// up to 20 more where the numbers of many have the same sum. Whatever memory does not suffice for is left out
+// of the report.
 #include <algorithm>
 #include <array>
 #include <cstddef>

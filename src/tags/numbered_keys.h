@@ -70,16 +70,37 @@ struct NumberedKeys {
     }
 
     /// The identifier of a key in the chain of `head`, which is appended if absent; 0 if memory runs out. Who
-    /// has looked at the chain up to `last` already says so.
-    [[nodiscard]] int32_t insert_into_chain(int32_t &head, const value_type &key, int32_t last = 0)
+    /// has looked at the chain up to `last` already says so. `steps` is raised by the keys that it is
+    /// compared with in vain.
+    [[nodiscard]] int32_t insert_into_chain(
+        int32_t &head, const value_type &key, int32_t last, int64_t &steps)
     {
         int32_t identifier = last == 0 ? head : next(last);
         for (; identifier != 0; identifier = next(identifier)) {
             if (Key::equal(entry(identifier).key, key))
                 return identifier;
             last = identifier;
+            ++steps;
         }
         return append(head, key, last);
+    }
+
+    [[nodiscard]] int32_t insert_into_chain(int32_t &head, const value_type &key)
+    {
+        int64_t steps = 0;
+        return insert_into_chain(head, key, 0, steps);
+    }
+
+    /// Numbers a key that is in no chain, and appends it to the chain from `head` to `last`, 0 if it has none
+    /// yet. 0 if memory runs out.
+    [[nodiscard]] int32_t append(int32_t &head, value_type key, int32_t last)
+    {
+        if (count >= capacity && !try_reserve(grown_capacity(capacity)))
+            return 0;
+        const int32_t identifier = ++count;
+        entry(identifier) = {0, key};
+        (last == 0 ? head : entry(last).next) = identifier;
+        return identifier;
     }
 
     /// Makes a key that is in no chain the first of one.
@@ -94,16 +115,6 @@ struct NumberedKeys {
     [[nodiscard]] const Entry &entry(int32_t identifier) const
     {
         return keys[static_cast<std::size_t>(identifier)];
-    }
-
-    [[nodiscard]] int32_t append(int32_t &head, value_type key, int32_t last)
-    {
-        if (count >= capacity && !try_reserve(grown_capacity(capacity)))
-            return 0;
-        const int32_t identifier = ++count;
-        entry(identifier) = {0, key};
-        (last == 0 ? head : entry(last).next) = identifier;
-        return identifier;
     }
 };
 

@@ -29,6 +29,19 @@ korvane_status_t serve_element(const char *what, int32_t index, Value *values, v
 
 } // namespace
 
+MeshData ribbon(int32_t quadrangle_count)
+{
+    MeshData data;
+    for (int32_t i = 0; i <= quadrangle_count; ++i)
+        data.points.push_back({static_cast<double>(i), 0, 0});
+    for (int32_t i = quadrangle_count; i >= 0; --i)
+        data.points.push_back({static_cast<double>(i), 1, 0});
+    const int32_t last = 2 * (quadrangle_count + 1);
+    for (int32_t i = 1; i <= quadrangle_count; ++i)
+        data.quadrangles.push_back({i, i + 1, last - i, last + 1 - i});
+    return data;
+}
+
 StoredMesh::StoredMesh(korvane_context_t *context, const MeshData &data)
     : OwnedMesh(korvane_mesh_new_in_memory(context))
 {

@@ -22,6 +22,10 @@ struct MeshData {
     std::vector<std::array<int32_t, 5>> pyramids;
 };
 
+/// A straight row of unit squares whose two long sides are numbered in opposite directions, so that the
+/// numbers of all edges across it have the same sum.
+MeshData ribbon(int32_t quadrangle_count);
+
 /// Deletes itself; converts to the handle.
 class OwnedMesh {
   public:

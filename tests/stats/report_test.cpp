@@ -130,6 +130,17 @@ TEST(Report, OfTwoTrianglesCountsTheCommonEdgeOnce)
     }
 }
 
+TEST(Report, EdgesWhoseNumbersHaveOneSumAreCountedOnce)
+{
+    const Texts texts = keyed(ribbon(20'000));
+    EXPECT_EQ(value_of(texts, "surface_edges.length.count"), "60001");
+    EXPECT_EQ(value_of(texts, "surface_edges.length.min"), "1.000000e+00");
+    EXPECT_EQ(value_of(texts, "surface_edges.length.max"), "1.000000e+00");
+    EXPECT_EQ(value_of(texts, "surface_edges.length.min_achieved"), "1");
+    EXPECT_EQ(value_of(texts, "free_edge.count"), "40002");
+    EXPECT_EQ(value_of(texts, "surface_component_by_edge.count"), "1");
+}
+
 TEST(Report, VolumeEdgesAreThoseOfTheTetrahedra)
 {
     MeshData data;

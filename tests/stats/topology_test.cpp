@@ -299,6 +299,18 @@ TEST(Topology, CountsLongStrips)
     expect_numbers(strip, Model(strip).numbers());
 }
 
+TEST(Topology, CountsRibbonsWhoseCrossEdgesHaveOneSum)
+{
+    constexpr int32_t length = 20'000;
+    MeshData data = ribbon(length);
+    expect_numbers(data, {2 * length + 2, 1, 0, 0, 1});
+    // A second ribbon on the cross edges of the first, and a fin on the edge at its beginning.
+    const MeshData other = data;
+    data.quadrangles.insert(data.quadrangles.end(), other.quadrangles.rbegin(), other.quadrangles.rend());
+    data.triangles = {{1, 2 * length + 2, 2 * length + 3}};
+    expect_numbers(data, {2, 1, length, length, 1});
+}
+
 TEST(Topology, ReportsInReadableForm)
 {
     RecordingContext context;
